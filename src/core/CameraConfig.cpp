@@ -1,0 +1,119 @@
+#include "telvarra/CameraConfig.h"
+
+#include <cstring>
+#include <fstream>
+
+#include "telvarra/CameraLogger.h"
+
+namespace {
+
+// Text handed to a caller goes into a buffer of this many bytes, terminator included.
+constexpr std::size_t kCallerBufferSize = 255;
+
+void logError(const std::string& message) {
+    CameraLogger::getInstance().log(LogLevel::Error, message);
+}
+
+// Refuses (returns false, writes nothing) text that would not fit the caller's buffer whole;
+// `tooLongMessage` names what was refused.
+bool copyToCallerBuffer(const std::string& text, char** destination,
+                        const std::string& tooLongMessage) {
+    if (!destination || !*destination) return false;
+    if (text.size() >= kCallerBufferSize) {
+        logError(tooLongMessage);
+        return false;
+    }
+    std::memcpy(*destination, text.c_str(), text.size() + 1);
+    return true;
+}
+
+// Files written on Windows end their lines in CR LF; text mode removes the CR there, so do the
+// same everywhere for one result on every platform.
+void dropCarriageReturn(std::string& line) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+}
+
+}  // namespace
+
+CameraConfig::CameraConfig() = default;
+
+CameraConfig::CameraConfig(const char* configFile) {
+    if (configFile) m_configFile = configFile;
+    loadConfig(configFile);
+}
+
+CameraConfig::CameraConfig(const CameraConfig& other) = default;
+
+CameraConfig& CameraConfig::operator=(const CameraConfig& other) {
+    if (this != &other) {
+        m_configFile = other.m_configFile;
+        m_values = other.m_values;
+    }
+    return *this;
+}
+
+CameraConfig::~CameraConfig() = default;
+
+bool CameraConfig::chooseFile(const char* configFile) {
+    if (configFile && *configFile) m_configFile = configFile;
+    if (m_configFile.empty()) {
+        logError("Config file path is empty");
+        return false;
+    }
+    return true;
+}
+
+bool CameraConfig::loadConfig(const char* configFile) {
+    if (!chooseFile(configFile)) return false;
+    std::ifstream input(m_configFile);
+    if (!input.is_open()) {
+        logError("Failed to open config file: " + m_configFile);
+        return false;
+    }
+    m_values.clear();
+    for (std::string line; std::getline(input, line);) {
+        dropCarriageReturn(line);
+        if (line.empty() || line.front() == '#') continue;
+        const std::string::size_type equals = line.find('=');
+        if (equals == std::string::npos) continue;
+        m_values[line.substr(0, equals)] = line.substr(equals + 1);
+    }
+    input.close();
+    CameraLogger::getInstance().log(LogLevel::Info, "Loaded config from: " + m_configFile);
+    return true;
+}
+
+bool CameraConfig::saveConfig(const char* configFile) {
+    if (!chooseFile(configFile)) return false;
+    std::ofstream output(m_configFile, std::ios::out | std::ios::trunc);
+    if (!output.is_open()) {
+        logError("Failed to open config file for writing: " + m_configFile);
+        return false;
+    }
+    for (const auto& [key, value] : m_values) output << key << "=" << value << std::endl;
+    output.close();
+    CameraLogger::getInstance().log(LogLevel::Info, "Saved config to: " + m_configFile);
+    return true;
+}
+
+void CameraConfig::setValue(const char* key, const char* value) {
+    if (!key || !value) {
+        logError("Config key or value is null");
+        return;
+    }
+    m_values[key] = value;
+}
+
+bool CameraConfig::getValue(const char* key, char** value) const {
+    if (!key) return false;
+    const auto entry = m_values.find(key);
+    if (entry == m_values.end()) return false;
+    return copyToCallerBuffer(entry->second, value, "Config value too long for key: " + entry->first);
+}
+
+bool CameraConfig::hasKey(const char* key) const { return key && m_values.count(key) != 0; }
+
+bool CameraConfig::getConfigFile(char** configFile) const {
+    if (m_configFile.empty()) return false;
+    return copyToCallerBuffer(m_configFile, configFile, "Config file path too long: " + m_configFile);
+}

@@ -1,0 +1,79 @@
+#include "platform/DynamicLibrary.h"
+
+#include <utility>
+
+#ifdef _WIN32
+#include "platform/WindowsText.h"
+#else
+#include <dlfcn.h>
+#endif
+
+namespace telvarra::platform {
+
+DynamicLibrary::~DynamicLibrary() { close(); }
+
+DynamicLibrary::DynamicLibrary(DynamicLibrary&& other) noexcept
+    : m_handle(std::exchange(other.m_handle, nullptr)), m_lastError(std::move(other.m_lastError)) {}
+
+DynamicLibrary& DynamicLibrary::operator=(DynamicLibrary&& other) noexcept {
+    if (this != &other) {
+        close();
+        m_handle = std::exchange(other.m_handle, nullptr);
+        m_lastError = std::move(other.m_lastError);
+    }
+    return *this;
+}
+
+#ifdef _WIN32
+
+bool DynamicLibrary::open(const std::string& fileName) {
+    close();
+    const std::wstring wideName = toWide(fileName);
+    DWORD previousMode = 0;
+    // No "missing DLL" dialog in the host's face: the caller gets a false result instead.
+    SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &previousMode);
+    HMODULE module = LoadLibraryW(wideName.c_str());
+    const DWORD error = GetLastError();
+    SetThreadErrorMode(previousMode, nullptr);
+    m_handle = reinterpret_cast<void*>(module);
+    m_lastError = module ? std::string() : "LoadLibraryW failed with error " + std::to_string(error);
+    return module != nullptr;
+}
+
+void DynamicLibrary::close() {
+    if (m_handle) FreeLibrary(reinterpret_cast<HMODULE>(m_handle));
+    m_handle = nullptr;
+}
+
+void* DynamicLibrary::symbol(const char* name) const {
+    if (!m_handle || !name) return nullptr;
+    return reinterpret_cast<void*>(GetProcAddress(reinterpret_cast<HMODULE>(m_handle), name));
+}
+
+std::string sharedLibraryFileName(const std::string& baseName) { return baseName + ".dll"; }
+
+#else
+
+bool DynamicLibrary::open(const std::string& fileName) {
+    close();
+    m_handle = dlopen(fileName.c_str(), RTLD_NOW | RTLD_LOCAL);
+    const char* error = m_handle ? nullptr : dlerror();
+    m_lastError = error ? error : "";
+    return m_handle != nullptr;
+}
+
+void DynamicLibrary::close() {
+    if (m_handle) dlclose(m_handle);
+    m_handle = nullptr;
+}
+
+void* DynamicLibrary::symbol(const char* name) const {
+    if (!m_handle || !name) return nullptr;
+    return dlsym(m_handle, name);
+}
+
+std::string sharedLibraryFileName(const std::string& baseName) { return "lib" + baseName + ".so"; }
+
+#endif
+
+}  // namespace telvarra::platform

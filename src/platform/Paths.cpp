@@ -1,0 +1,63 @@
+#include "platform/Paths.h"
+
+#ifdef _WIN32
+#include "platform/WindowsText.h"
+#else
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include <vector>
+#endif
+
+namespace telvarra::platform {
+
+namespace {
+
+std::string directoryPart(const std::string& path, char separator) {
+    const std::string::size_type cut = path.find_last_of(separator);
+    return cut == std::string::npos ? std::string() : path.substr(0, cut + 1);
+}
+
+}  // namespace
+
+#ifdef _WIN32
+
+namespace {
+
+std::string directoryOfModule(HMODULE module) {
+    wchar_t path[MAX_PATH] = {};
+    const DWORD length = GetModuleFileNameW(module, path, MAX_PATH);
+    if (length == 0 || length >= MAX_PATH) return {};
+    return directoryPart(toNarrow(std::wstring(path, length)), '\\');
+}
+
+}  // namespace
+
+std::string executableDirectory() { return directoryOfModule(nullptr); }
+
+std::string moduleDirectory() {
+    HMODULE module = nullptr;
+    const auto flags =
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+    if (!GetModuleHandleExW(flags, reinterpret_cast<LPCWSTR>(&moduleDirectory), &module)) return {};
+    return directoryOfModule(module);
+}
+
+#else
+
+std::string executableDirectory() {
+    std::vector<char> path(4096);
+    const ssize_t length = readlink("/proc/self/exe", path.data(), path.size());
+    if (length <= 0 || static_cast<size_t>(length) >= path.size()) return {};
+    return directoryPart(std::string(path.data(), static_cast<size_t>(length)), '/');
+}
+
+std::string moduleDirectory() {
+    Dl_info info{};
+    if (!dladdr(reinterpret_cast<void*>(&moduleDirectory), &info) || !info.dli_fname) return {};
+    return directoryPart(info.dli_fname, '/');
+}
+
+#endif
+
+}  // namespace telvarra::platform

@@ -1,0 +1,46 @@
+# Lists the library's exported names and checks that the exported classes' members are there
+# and that internal code is not.
+execute_process(COMMAND ${LISTER} ${LIBRARY} OUTPUT_VARIABLE exports RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "could not list the exports of ${LIBRARY}")
+endif()
+
+set(required
+  _ZN12CameraLogger11getInstanceEv
+  _ZN12CameraLogger10setLogFile
+  _ZN12CameraLogger11setLogLevel
+  _ZN12CameraLogger3logE8LogLevelRKNSt7__cxx1112basic_string
+  _ZN12CameraLogger3logE8LogLevelPKc
+  _ZN12CameraConfigC1Ev
+  _ZN12CameraConfigC1EPKc
+  _ZN12CameraConfigC1ERKS_
+  _ZN12CameraConfigaSERKS_
+  _ZN12CameraConfig10loadConfigEPKc
+  _ZN12CameraConfig10saveConfigEPKc
+  _ZN12CameraConfig8setValueEPKcS1_
+  _ZNK12CameraConfig8getValueEPKcPPc
+  _ZNK12CameraConfig6hasKeyEPKc
+  _ZNK12CameraConfig13getConfigFileEPPc
+  _ZN13CameraFactory11getInstanceEv
+  _ZN13CameraFactory14registerDriverE15Ruvo_CameraTypeP13ICameraDriver
+  _ZN13CameraFactory9getDriverE15Ruvo_CameraType
+  _ZN13CameraFactory13getAllDriversEv
+  _ZN13CameraFactory21getInitializedDriversEv)
+set(missing "")
+foreach(name IN LISTS required)
+  string(FIND "${exports}" "${name}" found)
+  if(found EQUAL -1)
+    list(APPEND missing ${name})
+  endif()
+endforeach()
+if(missing)
+  message(FATAL_ERROR "not exported: ${missing}")
+endif()
+
+foreach(internal mirrorHorizontal rotateQuarterTurns copyBoundedText DynamicLibrary)
+  string(FIND "${exports}" "${internal}" found)
+  if(NOT found EQUAL -1)
+    message(FATAL_ERROR "internal code is exported: ${internal}")
+  endif()
+endforeach()
+message(STATUS "exported surface checked: ${LIBRARY}")

@@ -1,0 +1,86 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <thread>
+
+#include "platform/Clock.h"
+#include "platform/DynamicLibrary.h"
+#include "platform/Paths.h"
+#include "platform/QCriticalSection.h"
+
+using namespace telvarra::platform;
+
+namespace {
+
+using ProbeFunction = int (*)();
+
+TEST(DynamicLibraryTest, OpensByFullPathAndFindsItsSymbols) {
+    DynamicLibrary library;
+    ASSERT_TRUE(library.open(TELVARRA_PROBE_PATH)) << library.lastError();
+    auto answer = reinterpret_cast<ProbeFunction>(library.symbol("telvarra_probe_answer"));
+    ASSERT_NE(answer, nullptr);
+    EXPECT_EQ(answer(), 42);
+    EXPECT_EQ(library.symbol("telvarra_no_such_symbol"), nullptr);
+    EXPECT_EQ(library.symbol(nullptr), nullptr);
+
+    library.close();
+    EXPECT_FALSE(library.isOpen());
+    EXPECT_EQ(library.symbol("telvarra_probe_answer"), nullptr);
+}
+
+TEST(DynamicLibraryTest, OpensByFileNameThroughTheSystemSearchOrder) {
+    DynamicLibrary library;
+    EXPECT_TRUE(library.open(sharedLibraryFileName("telvarra_probe"))) << library.lastError();
+    DynamicLibrary moved(std::move(library));
+    EXPECT_FALSE(library.isOpen());
+    EXPECT_NE(moved.symbol("telvarra_probe_answer"), nullptr);
+}
+
+TEST(DynamicLibraryTest, MissingLibraryFailsWithAReason) {
+    DynamicLibrary library;
+    EXPECT_FALSE(library.open(sharedLibraryFileName("telvarra_no_such_library")));
+    EXPECT_FALSE(library.isOpen());
+    EXPECT_FALSE(library.lastError().empty());
+}
+
+TEST(PathsTest, ExecutableDirectoryHoldsThisProgramAndEndsInASeparator) {
+    const std::string directory = executableDirectory();
+    ASSERT_FALSE(directory.empty());
+    EXPECT_TRUE(directory.back() == '/' || directory.back() == '\\');
+    EXPECT_TRUE(std::filesystem::exists(directory + TELVARRA_TEST_PROGRAM_NAME)) << directory;
+    // Linked statically into this program, the module is the program itself.
+    EXPECT_EQ(moduleDirectory(), directory);
+}
+
+TEST(QCriticalSectionTest, IsRecursiveForItsOwnerAndExclusiveForOthers) {
+    QCriticalSection section;
+    section.lock();
+    ASSERT_TRUE(section.try_lock());  // the owner may enter again
+
+    std::atomic<bool> otherGotIn{true};
+    std::thread([&] { otherGotIn = section.try_lock(); }).join();
+    EXPECT_FALSE(otherGotIn);
+
+    section.unlock();
+    section.unlock();
+    std::thread([&] {
+        otherGotIn = section.try_lock();
+        if (otherGotIn) section.unlock();
+    }).join();
+    EXPECT_TRUE(otherGotIn);
+}
+
+TEST(ClockTest, SleepWaitsAtLeastRoughlyTheTimeAsked) {
+    const auto start = std::chrono::steady_clock::now();
+    sleepMilliseconds(30);
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(25));
+}
+
+TEST(ClockTest, LocalTimeBreaksDownTheGivenInstant) {
+    const std::tm broken = localTime(0);
+    EXPECT_TRUE(broken.tm_year == 69 || broken.tm_year == 70);  // 1970 or, west of UTC, 1969
+}
+
+}  // namespace
