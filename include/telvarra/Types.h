@@ -22,14 +22,19 @@ typedef enum Ruvo_CameraType {
     RUVO_CAMERA_DVP = 3,
     RUVO_CAMERA_DAHENG = 4,
     RUVO_CAMERA_CANON = 5,
-    RUVO_CAMERA_MINDVISION_DRIVER = 6
+    RUVO_CAMERA_MINDVISION_DRIVER = 6,
+    /* The two bounds make every 32-bit value a valid value of the type: hosts may pass any. */
+    RUVO_CAMERA_TYPE_LOWEST = INT32_MIN,
+    RUVO_CAMERA_TYPE_HIGHEST = INT32_MAX
 } Ruvo_CameraType;
 
 typedef enum Ruvo_CameraStatus {
     RUVO_STATUS_NONE = 0, /* not open, or a failed acquisition change */
     RUVO_STATUS_DISCONNECTED = 1,
     RUVO_STATUS_CONNECTED = 2,
-    RUVO_STATUS_ACQUIRING = 3
+    RUVO_STATUS_ACQUIRING = 3,
+    RUVO_STATUS_LOWEST = INT32_MIN,
+    RUVO_STATUS_HIGHEST = INT32_MAX
 } Ruvo_CameraStatus;
 
 /* Format 1 is delivered with one channel, every other with three (Bayer mosaics are converted
@@ -42,7 +47,9 @@ typedef enum Ruvo_ImageFormat {
     RUVO_FORMAT_BAYER_GR8 = 6,
     RUVO_FORMAT_BAYER_RG8 = 7,
     RUVO_FORMAT_BAYER_GB8 = 8,
-    RUVO_FORMAT_BAYER_BG8 = 9
+    RUVO_FORMAT_BAYER_BG8 = 9,
+    RUVO_FORMAT_LOWEST = INT32_MIN,
+    RUVO_FORMAT_HIGHEST = INT32_MAX
 } Ruvo_ImageFormat;
 
 /* One frame. After a camera's getCurrentFrame, data points into that camera's own buffer and

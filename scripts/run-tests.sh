@@ -1,0 +1,41 @@
+#!/usr/bin/env bash
+# Builds and runs the whole test suite on a Debian 12 machine, installing what it needs:
+#   linux           the shared library and its tests
+#   linux-sanitize  the same under the address and undefined-behaviour sanitizers
+#   windows         the DLL cross-built with mingw-w64, its tests run under Wine
+# TELVARRA_LEGS="linux windows" runs a subset.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+source scripts/ensure-packages.sh
+
+ensure_packages cmake ninja-build g++ binutils googletest libgtest-dev libgmock-dev \
+    g++-mingw-w64-x86-64-posix wine64
+
+jobs=$(nproc)
+summary=()
+
+start_wine() {
+    export WINEPREFIX="$PWD/build/windows/wineprefix" WINEDEBUG=-all
+    mkdir -p "$WINEPREFIX"
+    wineboot -i >/dev/null 2>&1 || true
+    # One persistent server for the whole run: each test program then starts in milliseconds.
+    wineserver -p
+    trap 'wineserver -k >/dev/null 2>&1 || true' EXIT
+}
+
+for leg in ${TELVARRA_LEGS:-linux linux-sanitize windows}; do
+    echo "=== $leg: configure and build"
+    cmake --preset "$leg" >/dev/null
+    cmake --build --preset "$leg" --parallel "$jobs"
+    [ "$leg" = windows ] && start_wine
+    echo "=== $leg: test"
+    log="build/$leg/test-output.txt"
+    if ! ctest --preset "$leg" --parallel "$jobs" 2>&1 | tee "$log"; then
+        echo "=== $leg: FAILED"
+        exit 1
+    fi
+    summary+=("$leg: $(grep -E 'tests passed' "$log")")
+done
+
+echo "=== all legs passed"
+printf '  %s\n' "${summary[@]}"
