@@ -3,6 +3,7 @@
 #define TELVARRA_API_RECORDS_H
 
 #include <cstddef>
+#include <cstring>
 #include <string>
 
 #include "telvarra/Types.h"
@@ -16,6 +17,13 @@ bool copyBoundedText(char* destination, std::size_t capacity, const char* source
 template <std::size_t N>
 bool copyBoundedText(char (&destination)[N], const std::string& source) {
     return copyBoundedText(destination, N, source.c_str());
+}
+
+// The text of a fixed-size field, which may fill the field without a terminator.
+template <std::size_t N>
+std::string fieldText(const char (&field)[N]) {
+    const void* terminator = std::memchr(field, '\0', N);
+    return std::string(field, terminator ? static_cast<const char*>(terminator) - field : N);
 }
 
 // The texts a driver reports for one device; everything else of the record is derived.

@@ -1,0 +1,444 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+
+#include "support/CurrentDirectory.h"
+#include "support/FakeRegistry.h"
+#include "support/LogCapture.h"
+#include "telvarra/CameraPublicInterface.h"
+
+using namespace telvarra::test;
+
+namespace {
+
+class FacadeTest : public ::testing::Test {
+protected:
+    FakeDrivers& fakes = fakeDrivers();
+    InTempDirectory directory;
+    LogCapture log;
+    CameraPublicInterface* facade = CameraPublicInterface::getInstance();
+    std::size_t setupLines = 0;
+
+    void SetUp() override {
+        fakes.alpha.deviceIds = {"cam", "other"};
+        ASSERT_TRUE(facade->initialize(kAlphaType));
+        setupLines = log.entries().size();
+    }
+    void TearDown() override {
+        CameraPublicInterface::releaseInstance();
+        fakes.reset();
+    }
+
+    FakeCamera& openCam() {
+        EXPECT_TRUE(facade->openCamera("cam", kAlphaType));
+        return *fakes.alpha.lastCreated;
+    }
+    std::vector<LogEntry> linesSince(std::size_t start) const {
+        const auto all = log.entries();
+        return std::vector<LogEntry>(all.begin() + static_cast<std::ptrdiff_t>(start), all.end());
+    }
+};
+
+// One row per facade member that follows the per-call pattern.
+struct MemberCase {
+    const char* member;
+    const char* slot;  // the fake camera operation that is made to refuse
+    std::function<bool(CameraPublicInterface&, const char* id)> call;
+    std::string failure;  // "" when the member logs nothing on failure
+    std::string success;  // "" when the member logs nothing on success
+};
+
+ImageData frame{};
+unsigned char buffer[64];
+char* parameterText = nullptr;
+bool flag = false;
+int32_t number = 0, width = 0, height = 0;
+_RUVO_INT_VALUE intValue{};
+_RUVO_ENUM_VALUE enumValue{};
+_RUVO_FLOAT_VALUE floatValue{};
+_RUVO_STRING_VALUE stringValue{};
+
+void PrintTo(const MemberCase& member, std::ostream* out) { *out << member.member; }
+
+void noFrames(const ImageData&, void*) {}
+
+std::vector<MemberCase> memberCases() {
+    using F = CameraPublicInterface;
+    const std::string setOp = "Failed to set parameter : ", getOp = "Failed to get parameter : ";
+    return {
+        {"startCapture", "startAcquisition", [](F& f, const char* id) { return f.startCapture(id); },
+         "Failed to start capture on camera: ", "Started capture on camera: "},
+        {"stopCapture", "stopAcquisition", [](F& f, const char* id) { return f.stopCapture(id); },
+         "Failed to stop capture on camera: ", "Stopped capture on camera: "},
+        {"reconnectCamera", "reconnect", [](F& f, const char* id) { return f.reconnectCamera(id); },
+         "Failed to reconnect camera: ", "Reconnected camera: "},
+        {"getCurrentFrame", "getCurrentFrame",
+         [](F& f, const char* id) { return f.getCurrentFrame(id, frame, 0); },
+         "Failed to get current frame from camera: ", ""},
+        {"getCurrentFrame2", "getCurrentFrameToBuffer",
+         [](F& f, const char* id) { return f.getCurrentFrame2(id, buffer, sizeof buffer, frame, 0); },
+         "Failed to get current frame to buffer from camera: ", ""},
+        {"registerFrameCallback", "registerFrameCallback",
+         [](F& f, const char* id) { return f.registerFrameCallback(id, noFrames, nullptr); },
+         "Failed to register frame callback for camera: ", "Registered frame callback for camera: "},
+        {"unregisterFrameCallback", "unregisterFrameCallback",
+         [](F& f, const char* id) { return f.unregisterFrameCallback(id); },
+         "Failed to unregister frame callback for camera: ",
+         "Unregistered frame callback for camera: "},
+        {"setImageFormat", "setImageFormat",
+         [](F& f, const char* id) { return f.setImageFormat(id, RUVO_FORMAT_RGB8); },
+         "Failed to set image format for camera: ", "Set image format for camera: "},
+        {"setImageSize", "setImageSize",
+         [](F& f, const char* id) { return f.setImageSize(id, 640, 480); },
+         "Failed to set image size for camera: ", "Set image size to 640x480 for camera: "},
+        {"getImageSize", "getImageSize",
+         [](F& f, const char* id) { return f.getImageSize(id, width, height); }, "", ""},
+        {"setCameraParameter", "setParameter",
+         [](F& f, const char* id) { return f.setCameraParameter(id, "Gain", "7"); },
+         "Failed to set parameter Gain on camera: ", "Set parameter Gain=7 on camera: "},
+        {"getCameraParameter", "getParameter",
+         [](F& f, const char* id) { return f.getCameraParameter(id, "Gain", &parameterText); },
+         "Failed to get parameter Gain from camera: ", ""},
+        {"setCameraHorMirror", "setHorMirror",
+         [](F& f, const char* id) { return f.setCameraHorMirror(id, true); },
+         setOp + "setHorMirror on camera: ", "Set parameter : setHorMirror on camera: "},
+        {"getCameraHorMirror", "getHorMirror",
+         [](F& f, const char* id) { return f.getCameraHorMirror(id, flag); },
+         getOp + "getHorMirror from camera: ", ""},
+        {"setCameraVerMirror", "setVerMirror",
+         [](F& f, const char* id) { return f.setCameraVerMirror(id, true); },
+         setOp + "setVerMirror on camera: ", "Set parameter : setVerMirror on camera: "},
+        {"getCameraVerMirror", "getVerMirror",
+         [](F& f, const char* id) { return f.getCameraVerMirror(id, flag); },
+         getOp + "getVerMirror from camera: ", ""},
+        {"setCameraRotate", "setRotate", [](F& f, const char* id) { return f.setCameraRotate(id, 1); },
+         setOp + "setRotate on camera: ", "Set parameter : setRotate on camera: "},
+        {"getCameraRotate", "getRotate",
+         [](F& f, const char* id) { return f.getCameraRotate(id, number); },
+         getOp + "getRotate from camera: ", ""},
+        {"setCameraExposureMod", "setExposureMod",
+         [](F& f, const char* id) { return f.setCameraExposureMod(id, true); },
+         setOp + "setExposureMod on camera: ", "Set parameter : setExposureMod on camera: "},
+        {"getCameraExposureMod", "getExposureMod",
+         [](F& f, const char* id) { return f.getCameraExposureMod(id, flag); },
+         getOp + "getExposureMod from camera: ", ""},
+        {"setCameraBrightnessByPercent", "setBrightnessByPercent",
+         [](F& f, const char* id) { return f.setCameraBrightnessByPercent(id, 40); },
+         setOp + "setBrightnessByPercent on camera: ",
+         "Set parameter : setBrightnessByPercent on camera: "},
+        {"getCameraBrightnessByPercent", "getBrightnessByPercent",
+         [](F& f, const char* id) { return f.getCameraBrightnessByPercent(id, number); },
+         getOp + "getCameraBrightnessByPercent from camera: ", ""},
+        {"setCameraGainByPercent", "setGainByPercent",
+         [](F& f, const char* id) { return f.setCameraGainByPercent(id, 40); },
+         setOp + "setGainByPercent on camera: ", "Set parameter : setGainByPercent on camera: "},
+        {"getCameraGainByPercent", "getGainByPercent",
+         [](F& f, const char* id) { return f.getCameraGainByPercent(id, number); },
+         getOp + "getGainByPercent from camera: ", ""},
+        {"setCameraExposureByPercent", "setExposureByPercent",
+         [](F& f, const char* id) { return f.setCameraExposureByPercent(id, 40); },
+         setOp + "setExposureByPercent on camera: ",
+         "Set parameter : setExposureByPercent on camera: "},
+        {"getCameraExposureByPercent", "getExposureByPercent",
+         [](F& f, const char* id) { return f.getCameraExposureByPercent(id, number); },
+         getOp + "getExposureByPercent from camera: ", ""},
+        {"getCameraIntValue", "getIntValue",
+         [](F& f, const char* id) { return f.getCameraIntValue(id, "Width", &intValue); },
+         "Failed to get parameter Width from camera: ", ""},
+        {"setCameraIntValue", "setIntValue",
+         [](F& f, const char* id) { return f.setCameraIntValue(id, "Width", 5); },
+         "Failed to set parameter Width on camera: ", "Set parameter Width on camera: "},
+        {"getCameraEnumValue", "getEnumValue",
+         [](F& f, const char* id) { return f.getCameraEnumValue(id, "ISO", &enumValue); },
+         "Failed to get parameter ISO from camera: ", ""},
+        {"setCameraEnumValue", "setEnumValue",
+         [](F& f, const char* id) { return f.setCameraEnumValue(id, "ISO", 2); },
+         "Failed to set parameter ISO on camera: ", "Set parameter ISO on camera: "},
+        {"getCameraFloatValue", "getFloatValue",
+         [](F& f, const char* id) { return f.getCameraFloatValue(id, "Gain", &floatValue); },
+         "Failed to get parameter Gain from camera: ", ""},
+        {"setCameraFloatValue", "setFloatValue",
+         [](F& f, const char* id) { return f.setCameraFloatValue(id, "Gain", 1.5); },
+         "Failed to set parameter Gain on camera: ", "Set parameter Gain on camera: "},
+        {"getCameraBoolValue", "getBoolValue",
+         [](F& f, const char* id) { return f.getCameraBoolValue(id, "Auto", &flag); },
+         "Failed to get parameter Auto from camera: ", ""},
+        {"setCameraBoolValue", "setBoolValue",
+         [](F& f, const char* id) { return f.setCameraBoolValue(id, "Auto", true); },
+         "Failed to set parameter Auto on camera: ", "Set parameter Auto on camera: "},
+        {"getCameraStringValue", "getStringValue",
+         [](F& f, const char* id) { return f.getCameraStringValue(id, "Name", &stringValue); },
+         "Failed to get parameter Name from camera: ", ""},
+        {"setCameraStringValue", "setStringValue",
+         [](F& f, const char* id) { return f.setCameraStringValue(id, "Name", "x"); },
+         "Failed to set parameter Name on camera: ", "Set parameter Name on camera: "},
+    };
+}
+
+class FacadeMemberTest : public FacadeTest, public ::testing::WithParamInterface<MemberCase> {};
+
+TEST_P(FacadeMemberTest, NotOpenRefusedAndSuccessEachLogTheirLine) {
+    const MemberCase& member = GetParam();
+
+    auto start = log.entries().size();
+    EXPECT_FALSE(member.call(*facade, "ghost"));
+    EXPECT_EQ(linesSince(start), (std::vector<LogEntry>{{"ERROR", "Camera not opened: ghost"}}));
+
+    FakeCamera& camera = openCam();
+    camera.results[member.slot] = false;
+    start = log.entries().size();
+    EXPECT_FALSE(member.call(*facade, "cam"));
+    EXPECT_EQ(camera.calls[member.slot], 1);
+    std::vector<LogEntry> expected;
+    if (!member.failure.empty()) expected.push_back({"ERROR", member.failure + "cam"});
+    EXPECT_EQ(linesSince(start), expected);
+
+    camera.results[member.slot] = true;
+    start = log.entries().size();
+    EXPECT_TRUE(member.call(*facade, "cam"));
+    expected.clear();
+    if (!member.success.empty()) expected.push_back({"INFO", member.success + "cam"});
+    EXPECT_EQ(linesSince(start), expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryMember, FacadeMemberTest, ::testing::ValuesIn(memberCases()),
+                         [](const auto& info) { return std::string(info.param.member); });
+
+TEST_F(FacadeTest, OpeningTwiceKeepsOneCameraAndWarns) {
+    openCam();
+    FakeCamera* first = fakes.alpha.lastCreated;
+    EXPECT_TRUE(facade->openCamera("cam", kBetaType));
+    EXPECT_TRUE(log.contains("WARNING", "Camera already opened: cam"));
+    EXPECT_EQ(fakes.alpha.lastCreated, first);
+    EXPECT_EQ(fakes.alpha.live.size(), 1u);
+    EXPECT_TRUE(log.contains("INFO", "Opened camera: cam"));
+}
+
+TEST_F(FacadeTest, OpeningOnAnIdleOrUnknownDriverFailsToCreate) {
+    fakes.beta.deviceIds = {"cam-b"};
+    EXPECT_FALSE(facade->openCamera("cam-b", kBetaType));
+    EXPECT_FALSE(facade->openCamera("cam", static_cast<Ruvo_CameraType>(96)));
+    EXPECT_TRUE(log.contains("ERROR", "Failed to create camera: cam-b"));
+    EXPECT_TRUE(log.contains("ERROR", "Failed to create camera: cam"));
+}
+
+TEST_F(FacadeTest, FailedConnectLeavesNoEntryBehind) {
+    fakes.alpha.cameraResults = {{"connect", false}};
+    EXPECT_FALSE(facade->openCamera("cam", kAlphaType));
+    EXPECT_TRUE(log.contains("ERROR", "Failed to connect camera: cam"));
+    EXPECT_TRUE(fakes.alpha.live.empty());
+
+    const auto start = log.entries().size();
+    EXPECT_FALSE(facade->isCameraConnected("cam"));
+    EXPECT_EQ(log.entries().size(), start);
+    EXPECT_FALSE(facade->closeCamera("cam"));
+    EXPECT_EQ(linesSince(start), (std::vector<LogEntry>{{"WARNING", "Camera not opened: cam"}}));
+}
+
+TEST_F(FacadeTest, CloseDisconnectsDestroysAndForgetsTheCamera) {
+    FakeCamera& camera = openCam();
+    camera.results["disconnect"] = false;  // its result is not looked at
+    EXPECT_TRUE(facade->isCameraConnected("cam"));
+    EXPECT_TRUE(facade->closeCamera("cam"));
+    EXPECT_TRUE(log.contains("INFO", "Closed camera: cam"));
+    EXPECT_TRUE(fakes.alpha.live.empty());
+    EXPECT_FALSE(facade->isCameraConnected("cam"));
+}
+
+TEST_F(FacadeTest, StatusFormatAndFormatListAnswerZeroForAnUnopenedCamera) {
+    EXPECT_EQ(facade->getCameraStatus("ghost"), RUVO_STATUS_NONE);
+    EXPECT_EQ(facade->getImageFormat("ghost"), RUVO_FORMAT_UNKNOWN);
+    const _RUVO_IMAGE_FORMAT_LIST formats = facade->getSupportedImageFormats("ghost");
+    EXPECT_EQ(formats.count, 0u);
+    for (auto format : formats.formats) EXPECT_EQ(format, RUVO_FORMAT_UNKNOWN);
+    EXPECT_EQ(facade->getCameraConfigById("ghost"), nullptr);
+    EXPECT_EQ(linesSince(setupLines),
+              std::vector<LogEntry>(4, LogEntry{"ERROR", "Camera not opened: ghost"}));
+
+    FakeCamera& camera = openCam();
+    camera.status = RUVO_STATUS_ACQUIRING;
+    camera.format = RUVO_FORMAT_BGR8;
+    camera.info.supportedFormats.count = 1;
+    camera.info.supportedFormats.formats[0] = RUVO_FORMAT_BGR8;
+    EXPECT_EQ(facade->getCameraStatus("cam"), RUVO_STATUS_ACQUIRING);
+    EXPECT_EQ(facade->getImageFormat("cam"), RUVO_FORMAT_BGR8);
+    EXPECT_EQ(facade->getSupportedImageFormats("cam").formats[0], RUVO_FORMAT_BGR8);
+}
+
+TEST_F(FacadeTest, ReconnectIntervalReachesTheCameraWithItsMessage) {
+    facade->setReconnectInterval("ghost", 10);
+    EXPECT_TRUE(log.contains("ERROR", "Camera not opened: ghost"));
+    FakeCamera& camera = openCam();
+    facade->setReconnectInterval("cam", 1500);
+    EXPECT_EQ(camera.reconnectInterval, 1500);
+    EXPECT_TRUE(log.contains("INFO", "Set reconnect interval to 1500ms for camera: cam"));
+}
+
+TEST_F(FacadeTest, ConfigLoadAndSaveOnlyLog) {
+    EXPECT_TRUE(facade->loadCameraConfig("ghost", "a.cfg"));
+    EXPECT_TRUE(facade->saveCameraConfig("ghost", "b.cfg"));
+    EXPECT_EQ(linesSince(setupLines),
+              (std::vector<LogEntry>{{"INFO", "Loading config from a.cfg for camera: ghost"},
+                                     {"INFO", "Saving config to b.cfg for camera: ghost"}}));
+    EXPECT_FALSE(std::filesystem::exists(directory.file("b.cfg")));
+}
+
+TEST_F(FacadeTest, FixedControlSettersRecordTheirValueOnlyOnSuccess) {
+    FakeCamera& camera = openCam();
+    CameraConfig* config = facade->getCameraConfigById("cam");
+    ASSERT_NE(config, nullptr);
+    auto stored = [config](const char* key) {
+        char text[255] = {};
+        char* pointer = text;
+        return config->getValue(key, &pointer) ? std::string(text) : std::string("<absent>");
+    };
+
+    EXPECT_TRUE(facade->setCameraRotate("cam", 90));
+    EXPECT_EQ(stored("setCameraRotate"), "90");
+    EXPECT_TRUE(log.contains("INFO", "Set parameter : setRotate on camera: cam"));
+    EXPECT_TRUE(facade->setCameraHorMirror("cam", true));
+    EXPECT_EQ(stored("setCameraHorMirror"), "1");
+    EXPECT_TRUE(facade->setCameraVerMirror("cam", false));
+    EXPECT_EQ(stored("setCameraVerMirror"), "0");
+    EXPECT_TRUE(facade->setCameraGainByPercent("cam", -5));
+    EXPECT_EQ(stored("setCameraGainByPercent"), "-5");
+
+    camera.results["setGainByPercent"] = false;
+    EXPECT_FALSE(facade->setCameraGainByPercent("cam", 70));
+    EXPECT_EQ(stored("setCameraGainByPercent"), "-5");
+
+    EXPECT_TRUE(facade->setCameraParameter("cam", "Gain", "42"));
+    EXPECT_EQ(stored("Gain"), "42");
+    EXPECT_EQ(camera.lastText, "Gain=42");
+    EXPECT_TRUE(facade->setCameraIntValue("cam", "Width", 5));
+    EXPECT_FALSE(config->hasKey("Width"));
+}
+
+TEST_F(FacadeTest, GettersHandOutWhatTheCameraAnswers) {
+    FakeCamera& camera = openCam();
+    camera.rotate = 3;
+    camera.brightness = 55;
+    int32_t turns = -1, percent = -1;
+    EXPECT_TRUE(facade->getCameraRotate("cam", turns));
+    EXPECT_TRUE(facade->getCameraBrightnessByPercent("cam", percent));
+    EXPECT_EQ(turns, 3);
+    EXPECT_EQ(percent, 55);
+
+    char* text = nullptr;
+    EXPECT_TRUE(facade->getCameraParameter("cam", "Anything", &text));
+    EXPECT_STREQ(text, "100");
+
+    _RUVO_INT_VALUE value{};
+    EXPECT_TRUE(facade->getCameraIntValue("cam", "Width", &value));
+    EXPECT_EQ(value.current, 77);
+}
+
+TEST_F(FacadeTest, FramesPassTheTrailingArgumentAndPointIntoTheRightBuffer) {
+    FakeCamera& camera = openCam();
+    ImageData image{};
+    EXPECT_TRUE(facade->getCurrentFrame("cam", image, 9));
+    EXPECT_EQ(camera.lastOption, 9);
+    EXPECT_EQ(image.data, camera.frame.data());
+    EXPECT_EQ(image.frameNumber, 1);
+
+    unsigned char own[8];
+    EXPECT_TRUE(facade->getCurrentFrame2("cam", own, sizeof own, image, 4));
+    EXPECT_EQ(image.data, own);
+    EXPECT_EQ(own[0], 20);
+
+    unsigned char shortBuffer[3] = {1, 2, 3};
+    EXPECT_FALSE(facade->getCurrentFrame2("cam", shortBuffer, sizeof shortBuffer, image, 0));
+    EXPECT_EQ(shortBuffer[2], 3);
+    EXPECT_TRUE(log.contains("ERROR", "Failed to get current frame to buffer from camera: cam"));
+}
+
+TEST_F(FacadeTest, ReleaseImageDataFreesOnlyWhatItIsGiven) {
+    ImageData image{new unsigned char[6], 2, 1, 3, RUVO_FORMAT_RGB8, 6, 1000, 4};
+    facade->releaseImageData(image);
+    EXPECT_EQ(image.data, nullptr);
+    EXPECT_EQ(image.channels, 3);
+    EXPECT_EQ(image.frameNumber, 0);
+    EXPECT_EQ(log.entries().size(), setupLines);
+}
+
+TEST_F(FacadeTest, CleanupClosesEverythingAndStopsTheDriversButKeepsTheFacade) {
+    openCam();
+    EXPECT_TRUE(facade->openCamera("other", kAlphaType));
+    facade->cleanup();
+    EXPECT_TRUE(fakes.alpha.live.empty());
+    EXPECT_FALSE(fakes.alpha.initialized);
+    EXPECT_FALSE(facade->isCameraConnected("cam"));
+    EXPECT_EQ(CameraPublicInterface::getInstance(), facade);
+    EXPECT_FALSE(facade->openCamera("cam", kAlphaType));  // drivers must be started again
+    EXPECT_TRUE(facade->initialize(kAlphaType));
+    EXPECT_TRUE(facade->openCamera("cam", kAlphaType));
+}
+
+TEST_F(FacadeTest, SettingsSurviveCloseAndReopenThroughTheCameraConfigFile) {
+    openCam();
+    EXPECT_TRUE(facade->setCameraHorMirror("cam", true));
+    EXPECT_TRUE(facade->setCameraVerMirror("cam", true));
+    EXPECT_TRUE(facade->setCameraRotate("cam", 2));
+    EXPECT_TRUE(facade->setCameraExposureMod("cam", false));
+    EXPECT_TRUE(facade->setCameraBrightnessByPercent("cam", 60));
+    EXPECT_TRUE(facade->setCameraGainByPercent("cam", 25));
+    EXPECT_TRUE(facade->setCameraExposureByPercent("cam", 75));
+    EXPECT_TRUE(facade->setCameraParameter("cam", "CameraImageZoomIn", "1"));
+    EXPECT_TRUE(facade->closeCamera("cam"));
+
+    const std::vector<std::string> expected = {
+        "CameraImageZoomIn=1",           "setCameraBrightnessByPercent=60",
+        "setCameraExposureByPercent=75", "setCameraExposureMod=0",
+        "setCameraGainByPercent=25",     "setCameraHorMirror=1",
+        "setCameraRotate=2",             "setCameraVerMirror=1"};
+    EXPECT_EQ(readLines(directory.file("camera_cam.cfg")), expected);
+
+    openCam();
+    CameraConfig* config = facade->getCameraConfigById("cam");
+    ASSERT_NE(config, nullptr);
+    for (const char* key : {"setCameraRotate", "setCameraGainByPercent", "CameraImageZoomIn"}) {
+        EXPECT_TRUE(config->hasKey(key)) << key;
+    }
+}
+
+TEST_F(FacadeTest, NullAndOverlongInputsAreRefusedWithoutHarm) {
+    EXPECT_FALSE(facade->getAvailableCamerasAll(nullptr));
+    EXPECT_FALSE(facade->getAvailableCamerasByType(kAlphaType, nullptr));
+    EXPECT_FALSE(facade->openCamera(nullptr, kAlphaType));
+    EXPECT_FALSE(facade->startCapture(nullptr));
+    EXPECT_FALSE(facade->closeCamera(nullptr));
+    EXPECT_FALSE(facade->isCameraConnected(nullptr));
+    EXPECT_EQ(facade->getCameraStatus(nullptr), RUVO_STATUS_NONE);
+
+    const std::string longIds[] = {std::string(300, 'L'), std::string(10000, 'L')};
+    for (const std::string& id : longIds) {
+        EXPECT_FALSE(facade->openCamera(id.c_str(), RUVO_CAMERA_ANY));
+        EXPECT_TRUE(log.contains("ERROR", "Failed to create camera: " + id));
+        EXPECT_FALSE(facade->setCameraGainByPercent(id.c_str(), 5));
+        EXPECT_TRUE(log.contains("ERROR", "Camera not opened: " + id));
+    }
+    openCam();
+    EXPECT_TRUE(facade->isCameraConnected("cam"));
+}
+
+TEST(FacadeLifecycleTest, ReleasingWithoutAnInstanceDoesNothingAndANewInstanceIsFresh) {
+    CameraPublicInterface::releaseInstance();
+    CameraPublicInterface::releaseInstance();
+    FakeDrivers& fakes = fakeDrivers();
+    fakes.alpha.deviceIds = {"cycle"};
+    InTempDirectory directory;
+    for (int round = 0; round < 100; ++round) {
+        CameraPublicInterface* facade = CameraPublicInterface::getInstance();
+        ASSERT_EQ(CameraPublicInterface::getInstance(), facade);
+        ASSERT_TRUE(facade->initialize(kAlphaType));
+        ASSERT_TRUE(facade->openCamera("cycle", kAlphaType));
+        ASSERT_TRUE(facade->startCapture("cycle"));
+        CameraPublicInterface::releaseInstance();
+        ASSERT_TRUE(fakes.alpha.live.empty());
+        ASSERT_FALSE(fakes.alpha.initialized);
+    }
+    fakes.reset();
+}
+
+}  // namespace
