@@ -25,7 +25,16 @@ set(required
   _ZN13CameraFactory14registerDriverE15Ruvo_CameraTypeP13ICameraDriver
   _ZN13CameraFactory9getDriverE15Ruvo_CameraType
   _ZN13CameraFactory13getAllDriversEv
-  _ZN13CameraFactory21getInitializedDriversEv)
+  _ZN13CameraFactory21getInitializedDriversEv
+  _ZN13CameraManager12createCameraEPKc15Ruvo_CameraType
+  _ZN13CameraManager19enumerateCamerasAllEP22_RUVO_DEVICE_INFO_LIST
+  _ZN21CameraPublicInterface11getInstanceEv
+  _ZN21CameraPublicInterface15releaseInstanceEv
+  _ZN21CameraPublicInterface10openCameraEPKc15Ruvo_CameraType
+  _ZN21CameraPublicInterface15getCurrentFrameEPKcR9ImageDatai
+  _ZN21CameraPublicInterface28getCameraBrightnessByPercentEPKcRi
+  CreateCameraManager DestroyCameraManager InitializeCameraSystem InitializeCameraSystemByType
+  CleanupCameraSystem GetCurrentFrame GetCurrentFrameToBuffer ReleaseImageData)
 set(missing "")
 foreach(name IN LISTS required)
   string(FIND "${exports}" "${name}" found)

@@ -1,0 +1,109 @@
+#include <gtest/gtest.h>
+
+#include "support/CurrentDirectory.h"
+#include "support/FakeRegistry.h"
+#include "support/LogCapture.h"
+#include "telvarra/CameraPublicInterface.h"
+#include "telvarra/TelvarraC.h"
+
+using namespace telvarra::test;
+
+namespace {
+
+class FlatEntryTest : public ::testing::Test {
+protected:
+    FakeDrivers& fakes = fakeDrivers();
+    InTempDirectory directory;
+    LogCapture log;
+
+    void SetUp() override { fakes.alpha.deviceIds = {"cam"}; }
+    void TearDown() override {
+        CleanupCameraSystem();
+        fakes.reset();
+    }
+    FakeCamera& openAndStart() {
+        EXPECT_TRUE(InitializeCameraSystemByType(kAlphaType));
+        auto* facade = static_cast<CameraPublicInterface*>(CreateCameraManager());
+        EXPECT_TRUE(facade->openCamera("cam", kAlphaType));
+        EXPECT_TRUE(facade->startCapture("cam"));
+        return *fakes.alpha.lastCreated;
+    }
+};
+
+TEST_F(FlatEntryTest, NullPointersAreRefusedSilently) {
+    FakeCamera& camera = openAndStart();
+    const auto lines = log.entries().size();
+    ImageData image{};
+    unsigned char buffer[16];
+    EXPECT_FALSE(GetCurrentFrame(nullptr, &image));
+    EXPECT_FALSE(GetCurrentFrame("cam", nullptr));
+    EXPECT_FALSE(GetCurrentFrameToBuffer(nullptr, buffer, sizeof buffer, &image));
+    EXPECT_FALSE(GetCurrentFrameToBuffer("cam", nullptr, sizeof buffer, &image));
+    EXPECT_FALSE(GetCurrentFrameToBuffer("cam", buffer, sizeof buffer, nullptr));
+    ReleaseImageData(nullptr);
+    DestroyCameraManager(nullptr);
+    EXPECT_EQ(camera.calls["getCurrentFrame"] + camera.calls["getCurrentFrameToBuffer"], 0);
+    EXPECT_EQ(log.entries().size(), lines);
+    EXPECT_TRUE(CameraPublicInterface::getInstance()->isCameraConnected("cam"));
+}
+
+TEST_F(FlatEntryTest, FramesGoThroughTheSingletonWithATrailingZero) {
+    FakeCamera& camera = openAndStart();
+    ImageData image{};
+    ASSERT_TRUE(GetCurrentFrame("cam", &image));
+    EXPECT_EQ(camera.lastOption, 0);
+    EXPECT_EQ(image.data, camera.frame.data());
+
+    unsigned char buffer[FakeCamera::kFrameWidth * FakeCamera::kFrameHeight];
+    camera.lastOption = -1;
+    ASSERT_TRUE(GetCurrentFrameToBuffer("cam", buffer, sizeof buffer, &image));
+    EXPECT_EQ(camera.lastOption, 0);
+    EXPECT_EQ(image.data, buffer);
+    EXPECT_EQ(buffer[1], 21);
+
+    EXPECT_FALSE(GetCurrentFrameToBuffer("cam", buffer, 3, &image));
+    EXPECT_FALSE(GetCurrentFrame("ghost", &image));
+    EXPECT_TRUE(log.contains("ERROR", "Camera not opened: ghost"));
+}
+
+TEST_F(FlatEntryTest, ReleaseImageDataZeroesARecordWithoutDataAndKeepsChannels) {
+    ImageData image{nullptr, 4, 2, 3, RUVO_FORMAT_RGB8, 24, 99, 5};
+    ReleaseImageData(&image);
+    EXPECT_EQ(image.width, 0);
+    EXPECT_EQ(image.dataSize, 0);
+    EXPECT_EQ(image.timestamp, 0);
+    EXPECT_EQ(image.channels, 3);
+
+    ImageData owned{new unsigned char[4], 2, 2, 1, RUVO_FORMAT_MONO8, 4, 1, 1};
+    ReleaseImageData(&owned);
+    EXPECT_EQ(owned.data, nullptr);
+}
+
+TEST_F(FlatEntryTest, DestroyCleansTheFacadeAndAFreshOneStartsFromNothing) {
+    openAndStart();
+    void* handle = CreateCameraManager();
+    DestroyCameraManager(handle);
+    EXPECT_TRUE(fakes.alpha.live.empty());
+    EXPECT_FALSE(fakes.alpha.initialized);
+
+    EXPECT_TRUE(InitializeCameraSystem());
+    EXPECT_FALSE(CameraPublicInterface::getInstance()->isCameraConnected("cam"));
+    DestroyCameraManager(handle);  // a stale handle: the live facade is released, nothing else
+    EXPECT_TRUE(InitializeCameraSystemByType(kAlphaType));
+}
+
+TEST_F(FlatEntryTest, CleanupTwiceIsHarmlessAndCyclesLeakNothing) {
+    CleanupCameraSystem();
+    CleanupCameraSystem();
+    for (int round = 0; round < 100; ++round) {
+        openAndStart();
+        if (round % 2) {
+            DestroyCameraManager(CreateCameraManager());
+        } else {
+            CleanupCameraSystem();
+        }
+        ASSERT_TRUE(fakes.alpha.live.empty());
+    }
+}
+
+}  // namespace
