@@ -19,7 +19,7 @@ start_wine() {
     mkdir -p "$WINEPREFIX"
     wineboot -i >/dev/null 2>&1 || true
     # One persistent server for the whole run: each test program then starts in milliseconds.
-    wineserver -p
+    wineserver -p || true  # already running for this prefix
     trap 'wineserver -k >/dev/null 2>&1 || true' EXIT
 }
 

@@ -6,10 +6,11 @@
 #include <cstdint>
 
 #include "telvarra/Callbacks.h"
-#include "telvarra/Export.h"
 #include "telvarra/Types.h"
 
-class TELVARRA_API ICamera {
+// Nothing to export: a pure interface has no out-of-line members, and every module that
+// implements or uses it emits its own copy of the table.
+class ICamera {
 public:
     virtual ~ICamera() = default;                                                   // 0
     virtual bool initialize() = 0;                                                  // 1

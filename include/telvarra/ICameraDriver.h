@@ -5,11 +5,12 @@
 
 #include <string>
 
-#include "telvarra/Export.h"
 #include "telvarra/ICamera.h"
 #include "telvarra/Types.h"
 
-class TELVARRA_API ICameraDriver {
+// Nothing to export: a pure interface has no out-of-line members, and every module that
+// implements or uses it emits its own copy of the table.
+class ICameraDriver {
 public:
     virtual ~ICameraDriver() = default;                             // 0
     virtual bool initialize() = 0;                                  // 1
