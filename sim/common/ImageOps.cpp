@@ -1,0 +1,118 @@
+#include "sim/common/ImageOps.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+namespace telvarra::sim {
+
+namespace {
+
+std::size_t at(std::uint32_t x, std::uint32_t y, std::uint32_t width) {
+    return std::size_t{y} * width + x;
+}
+
+}  // namespace
+
+void demosaicBilinear(PixelFormat mosaic, const std::uint8_t* raw, std::uint32_t width,
+                      std::uint32_t height, std::uint8_t* rgb) {
+    for (std::uint32_t y = 0; y < height; ++y) {
+        const std::uint32_t top = y == 0 ? 0 : y - 1;
+        const std::uint32_t bottom = std::min(y + 1, height - 1);
+        for (std::uint32_t x = 0; x < width; ++x) {
+            const std::uint32_t left = x == 0 ? 0 : x - 1;
+            const std::uint32_t right = std::min(x + 1, width - 1);
+            std::uint32_t sum[3] = {0, 0, 0};
+            std::uint32_t count[3] = {0, 0, 0};
+            for (std::uint32_t j = top; j <= bottom; ++j) {
+                for (std::uint32_t i = left; i <= right; ++i) {
+                    const std::uint32_t channel = bayerChannelAt(mosaic, i, j);
+                    sum[channel] += raw[at(i, j, width)];
+                    ++count[channel];
+                }
+            }
+            const std::uint32_t own = bayerChannelAt(mosaic, x, y);
+            std::uint8_t* pixel = rgb + at(x, y, width) * 3;
+            for (std::uint32_t channel = 0; channel < 3; ++channel) {
+                if (channel == own)
+                    pixel[channel] = raw[at(x, y, width)];
+                else if (count[channel] == 0)
+                    pixel[channel] = 0;
+                else
+                    pixel[channel] = static_cast<std::uint8_t>((sum[channel] + count[channel] / 2) /
+                                                               count[channel]);
+            }
+        }
+    }
+}
+
+void convertToRgb8(PixelFormat source, const std::uint8_t* in, std::uint32_t width,
+                   std::uint32_t height, std::uint8_t* rgb) {
+    const std::size_t pixels = std::size_t{width} * height;
+    switch (source) {
+        case PixelFormat::Rgb8:
+            std::memcpy(rgb, in, pixels * 3);
+            break;
+        case PixelFormat::Bgr8:
+            for (std::size_t p = 0; p < pixels; ++p) {
+                rgb[p * 3] = in[p * 3 + 2];
+                rgb[p * 3 + 1] = in[p * 3 + 1];
+                rgb[p * 3 + 2] = in[p * 3];
+            }
+            break;
+        case PixelFormat::Mono8:
+            for (std::size_t p = 0; p < pixels; ++p)
+                rgb[p * 3] = rgb[p * 3 + 1] = rgb[p * 3 + 2] = in[p];
+            break;
+        default:
+            demosaicBilinear(source, in, width, height, rgb);
+            break;
+    }
+}
+
+void flipVertical(const std::uint8_t* in, std::uint32_t width, std::uint32_t height,
+                  std::uint32_t bytesPerPixel, std::uint8_t* out) {
+    const std::size_t row = std::size_t{width} * bytesPerPixel;
+    for (std::uint32_t y = 0; y < height; ++y)
+        std::memcpy(out + (height - 1 - y) * row, in + y * row, row);
+}
+
+void flipHorizontal(const std::uint8_t* in, std::uint32_t width, std::uint32_t height,
+                    std::uint32_t bytesPerPixel, std::uint8_t* out) {
+    for (std::uint32_t y = 0; y < height; ++y)
+        for (std::uint32_t x = 0; x < width; ++x)
+            std::memcpy(out + at(width - 1 - x, y, width) * bytesPerPixel,
+                        in + at(x, y, width) * bytesPerPixel, bytesPerPixel);
+}
+
+void rotateClockwise(const std::uint8_t* in, std::uint32_t width, std::uint32_t height,
+                     std::uint32_t bytesPerPixel, std::uint32_t quarterTurns, std::uint8_t* out) {
+    const std::uint32_t turns = quarterTurns % 4;
+    const std::uint32_t outWidth = turns % 2 ? height : width;
+    for (std::uint32_t y = 0; y < height; ++y) {
+        for (std::uint32_t x = 0; x < width; ++x) {
+            std::uint32_t toX = x;
+            std::uint32_t toY = y;
+            switch (turns) {
+                case 1:
+                    toX = height - 1 - y;
+                    toY = x;
+                    break;  // top row becomes right column
+                case 2:
+                    toX = width - 1 - x;
+                    toY = height - 1 - y;
+                    break;
+                case 3:
+                    toX = y;
+                    toY = width - 1 - x;
+                    break;  // top row becomes left column
+                default:
+                    break;
+            }
+            std::memcpy(out + at(toX, toY, outWidth) * bytesPerPixel,
+                        in + at(x, y, width) * bytesPerPixel, bytesPerPixel);
+        }
+    }
+}
+
+}  // namespace telvarra::sim

@@ -1,0 +1,80 @@
+#include "sim/common/VirtualDevice.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "sim/common/TestPattern.h"
+
+namespace telvarra::sim {
+
+std::vector<PixelFormat> defaultSupportedFormats(PixelFormat sensorFormat) {
+    switch (sensorFormat) {
+        case PixelFormat::Mono8:
+            return {PixelFormat::Mono8};
+        case PixelFormat::Rgb8:
+            return {PixelFormat::Rgb8, PixelFormat::Bgr8, PixelFormat::Mono8};
+        case PixelFormat::Bgr8:
+            return {PixelFormat::Bgr8, PixelFormat::Rgb8, PixelFormat::Mono8};
+        default:
+            return {sensorFormat, PixelFormat::Mono8, PixelFormat::Rgb8, PixelFormat::Bgr8};
+    }
+}
+
+VirtualDevice::VirtualDevice(DeviceDescription description)
+    : m_description(std::move(description)), m_format(m_description.format) {
+    if (m_description.supportedFormats.empty())
+        m_description.supportedFormats = defaultSupportedFormats(m_description.format);
+    if (!supports(m_description.format))
+        m_description.supportedFormats.insert(m_description.supportedFormats.begin(),
+                                              m_description.format);
+}
+
+void VirtualDevice::unplug() {
+    m_plugged = false;
+    m_owner = nullptr;
+    m_grabbing = false;
+}
+
+void VirtualDevice::replug() {
+    m_plugged = true;
+}
+
+bool VirtualDevice::open(const void* owner) {
+    if (!m_plugged || !owner || m_owner) return false;
+    m_owner = owner;
+    m_grabbing = false;
+    m_framesDelivered = 0;
+    return true;
+}
+
+void VirtualDevice::close(const void* owner) {
+    if (!owner || m_owner != owner) return;
+    m_owner = nullptr;
+    m_grabbing = false;
+}
+
+bool VirtualDevice::supports(PixelFormat format) const {
+    const auto& formats = m_description.supportedFormats;
+    return std::find(formats.begin(), formats.end(), format) != formats.end();
+}
+
+bool VirtualDevice::setFormat(PixelFormat format) {
+    if (!supports(format)) return false;
+    m_format = format;
+    return true;
+}
+
+DeviceFrame VirtualDevice::nextFrame() {
+    DeviceFrame frame;
+    frame.number = ++m_framesDelivered;
+    frame.timestampMicroseconds = frame.number * kFramePeriodMicroseconds;
+    frame.format = m_format;
+    frame.width = m_description.width;
+    frame.height = m_description.height;
+    frame.data.resize(frameBytes(m_format, frame.width, frame.height));
+    renderFrame(m_format, m_description.seed, frame.number, frame.width, frame.height,
+                frame.data.data());
+    return frame;
+}
+
+}  // namespace telvarra::sim

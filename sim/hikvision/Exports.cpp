@@ -1,0 +1,152 @@
+// The vendor's exported C functions: each hands its arguments to the simulator.
+//
+// The declarations come from the binding's own list, so every export has the exact signature the
+// loader binds; a definition that differed would not compile. The loader-test variants compile
+// this file with the definition <name>=HikSimLeftOut_<name>, which renames that one function
+// (export and definition alike) so that the library lacks exactly that name.
+#include "drivers/hikvision/HikVisionSdk.h"
+#include "sim/hikvision/HikSimControl.h"
+#include "sim/hikvision/HikVisionSimulator.h"
+
+using namespace telvarra::hikvision;
+using telvarra::sim::hikvision::simulator;
+
+extern "C" {
+
+#define HIKSIM_DECLARE_EXPORT(returnType, name, parameters) HIKSIM_API returnType name parameters;
+TELVARRA_HIKVISION_FUNCTIONS(HIKSIM_DECLARE_EXPORT)
+#undef HIKSIM_DECLARE_EXPORT
+
+int MV_CC_Initialize(void) {
+    return simulator().initialize();
+}
+
+int MV_CC_Finalize(void) {
+    return simulator().finalize();
+}
+
+int MV_CC_CreateHandle(void** handle, const MV_CC_DEVICE_INFO* deviceInfo) {
+    return simulator().createHandle(handle, deviceInfo);
+}
+
+int MV_CC_OpenDevice(void* handle, unsigned int accessMode, unsigned short switchoverKey) {
+    return simulator().openDevice(handle, accessMode, switchoverKey);
+}
+
+int MV_CC_DestroyHandle(void* handle) {
+    return simulator().destroyHandle(handle);
+}
+
+int MV_CC_GetEnumValue(void* handle, const char* key, MVCC_ENUMVALUE* value) {
+    return simulator().getEnumValue(handle, key, value);
+}
+
+int MV_CC_SetEnumValue(void* handle, const char* key, unsigned int value) {
+    return simulator().setEnumValue(handle, key, value);
+}
+
+int MV_CC_GetIntValueEx(void* handle, const char* key, MVCC_INTVALUE_EX* value) {
+    return simulator().getIntValueEx(handle, key, value);
+}
+
+int MV_CC_SetIntValueEx(void* handle, const char* key, std::int64_t value) {
+    return simulator().setIntValueEx(handle, key, value);
+}
+
+bool MV_CC_IsDeviceConnected(void* handle) {
+    return simulator().isDeviceConnected(handle);
+}
+
+int MV_CC_CloseDevice(void* handle) {
+    return simulator().closeDevice(handle);
+}
+
+int MV_CC_StartGrabbing(void* handle) {
+    return simulator().startGrabbing(handle);
+}
+
+int MV_CC_StopGrabbing(void* handle) {
+    return simulator().stopGrabbing(handle);
+}
+
+int MV_CC_GetImageBuffer(void* handle, MV_FRAME_OUT* frame, unsigned int timeoutMs) {
+    return simulator().getImageBuffer(handle, frame, timeoutMs);
+}
+
+int MV_CC_FreeImageBuffer(void* handle, MV_FRAME_OUT* frame) {
+    return simulator().freeImageBuffer(handle, frame);
+}
+
+int MV_CC_EnumDevices(unsigned int layerMask, MV_CC_DEVICE_INFO_LIST* list) {
+    return simulator().enumDevices(layerMask, list);
+}
+
+int MV_CC_GetGainMode(void* handle, MVCC_ENUMVALUE* value) {
+    return simulator().getGainMode(handle, value);
+}
+
+int MV_CC_SetGainMode(void* handle, unsigned int value) {
+    return simulator().setGainMode(handle, value);
+}
+
+int MV_CC_GetBrightness(void* handle, MVCC_INTVALUE* value) {
+    return simulator().getBrightness(handle, value);
+}
+
+int MV_CC_SetBrightness(void* handle, unsigned int value) {
+    return simulator().setBrightness(handle, value);
+}
+
+int MV_CC_GetFloatValue(void* handle, const char* key, MVCC_FLOATVALUE* value) {
+    return simulator().getFloatValue(handle, key, value);
+}
+
+int MV_CC_SetFloatValue(void* handle, const char* key, float value) {
+    return simulator().setFloatValue(handle, key, value);
+}
+
+int MV_CC_GetExposureTime(void* handle, MVCC_FLOATVALUE* value) {
+    return simulator().getExposureTime(handle, value);
+}
+
+int MV_CC_SetExposureTime(void* handle, float value) {
+    return simulator().setExposureTime(handle, value);
+}
+
+unsigned int MV_CC_GetSDKVersion(void) {
+    return simulator().getSdkVersion();
+}
+
+int MV_CC_GetExposureAutoMode(void* handle, MVCC_ENUMVALUE* value) {
+    return simulator().getExposureAutoMode(handle, value);
+}
+
+int MV_CC_SetExposureAutoMode(void* handle, unsigned int value) {
+    return simulator().setExposureAutoMode(handle, value);
+}
+
+int MV_CC_FlipImage(void* handle, MV_CC_FLIP_IMAGE_PARAM* param) {
+    return simulator().flipImage(handle, param);
+}
+
+int MV_CC_RotateImage(void* handle, MV_CC_ROTATE_IMAGE_PARAM* param) {
+    return simulator().rotateImage(handle, param);
+}
+
+int MV_CC_ConvertPixelTypeEx(void* handle, MV_CC_PIXEL_CONVERT_PARAM_EX* param) {
+    return simulator().convertPixelTypeEx(handle, param);
+}
+
+int MV_CC_GetGain(void* handle, MVCC_FLOATVALUE* value) {
+    return simulator().getGain(handle, value);
+}
+
+int MV_CC_SetGain(void* handle, float value) {
+    return simulator().setGain(handle, value);
+}
+
+int MV_CC_SetCommandValue(void* handle, const char* key) {
+    return simulator().setCommandValue(handle, key);
+}
+
+}  // extern "C"

@@ -1,0 +1,413 @@
+// The pieces every simulator shares: test pattern, demosaic and image operations, device model,
+// fault plan, lent buffers and the rig file.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "sim/common/CallLog.h"
+#include "sim/common/ImageOps.h"
+#include "sim/common/LentBuffers.h"
+#include "sim/common/Rig.h"
+#include "sim/common/TestPattern.h"
+#include "sim/common/VirtualDevice.h"
+
+using namespace telvarra::sim;
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+// Each mosaic written out independently of the code under test: the colours of (0,0), (1,0),
+// (0,1), (1,1).
+std::uint32_t siteColour(const char* tile, std::uint32_t x, std::uint32_t y) {
+    const char colour = tile[(y % 2) * 2 + x % 2];
+    return colour == 'R' ? kRed : colour == 'G' ? kGreen : kBlue;
+}
+
+struct Mosaic {
+    PixelFormat format;
+    const char* tile;
+};
+constexpr Mosaic kMosaics[] = {{PixelFormat::BayerGR8, "GRBG"},
+                               {PixelFormat::BayerRG8, "RGGB"},
+                               {PixelFormat::BayerGB8, "GBRG"},
+                               {PixelFormat::BayerBG8, "BGGR"}};
+
+// ---- Test pattern. ----
+
+TEST(TestPatternTest, EverySampleChangesFromOneFrameToTheNext) {
+    for (std::uint32_t channel = kRed; channel <= kBlue; ++channel)
+        for (std::uint32_t y = 0; y < 40; y += 3)
+            for (std::uint32_t x = 0; x < 40; x += 3)
+                for (std::uint32_t frame = 0; frame < 300; frame += 37)
+                    ASSERT_NE(patternSample(7, frame, x, y, channel),
+                              patternSample(7, frame + 1, x, y, channel));
+}
+
+TEST(TestPatternTest, FollowsItsDocumentedFormula) {
+    // red at (20, 3), frame 10, seed 0x00000005: 20 + 6 + 30 + 5 + 64 (checker (1 xor 0))
+    EXPECT_EQ(patternSample(5, 10, 20, 3, kRed), 125);
+    // blue at (1, 2), frame 100, seed 0x00FF0000: 2 + 10 + 700 + 255 = 967 = 0x3C7
+    EXPECT_EQ(patternSample(0x00FF0000u, 100, 1, 2, kBlue), 0xC7);
+    EXPECT_EQ(patternSample(5, 10, 20, 3, 3), 0);  // no fourth channel
+}
+
+TEST(TestPatternTest, MirrorsAndTranspositionsOfAFrameDiffer) {
+    constexpr std::uint32_t w = 24, h = 24;
+    Bytes frame(w * h);
+    renderFrame(PixelFormat::Mono8, 1, 3, w, h, frame.data());
+    Bytes mirrored(w * h), transposed(w * h);
+    flipHorizontal(frame.data(), w, h, 1, mirrored.data());
+    for (std::uint32_t y = 0; y < h; ++y)
+        for (std::uint32_t x = 0; x < w; ++x) transposed[x * w + y] = frame[y * w + x];
+    EXPECT_NE(frame, mirrored);
+    EXPECT_NE(frame, transposed);
+}
+
+TEST(TestPatternTest, RendersEachFormatFromThePatternInItsSampleOrder) {
+    constexpr std::uint32_t w = 5, h = 3, seed = 0xA1B2C3D4u, frame = 9;
+    Bytes rgb(w * h * 3), bgr(w * h * 3), mono(w * h);
+    renderFrame(PixelFormat::Rgb8, seed, frame, w, h, rgb.data());
+    renderFrame(PixelFormat::Bgr8, seed, frame, w, h, bgr.data());
+    renderFrame(PixelFormat::Mono8, seed, frame, w, h, mono.data());
+    for (std::uint32_t y = 0; y < h; ++y) {
+        for (std::uint32_t x = 0; x < w; ++x) {
+            const std::size_t p = y * w + x;
+            for (std::uint32_t c = 0; c < 3; ++c) {
+                EXPECT_EQ(rgb[p * 3 + c], patternSample(seed, frame, x, y, c));
+                EXPECT_EQ(bgr[p * 3 + 2 - c], patternSample(seed, frame, x, y, c));
+            }
+            EXPECT_EQ(mono[p], patternSample(seed, frame, x, y, kRed));
+        }
+    }
+    for (const Mosaic& mosaic : kMosaics) {
+        Bytes raw(w * h);
+        renderFrame(mosaic.format, seed, frame, w, h, raw.data());
+        for (std::uint32_t y = 0; y < h; ++y)
+            for (std::uint32_t x = 0; x < w; ++x)
+                ASSERT_EQ(raw[y * w + x],
+                          patternSample(seed, frame, x, y, siteColour(mosaic.tile, x, y)))
+                    << formatName(mosaic.format) << " at " << x << "," << y;
+    }
+}
+
+TEST(TestPatternTest, SeedFromIdIsFnv1a) {
+    EXPECT_EQ(seedFromId(""), 0x811C9DC5u);
+    EXPECT_EQ(seedFromId("a"), 0xE40C292Cu);
+    EXPECT_NE(seedFromId("DA0001"), seedFromId("DA0002"));
+}
+
+// ---- Demosaic and conversion. ----
+
+TEST(DemosaicTest, UniformColourComesBackEverywhereForEveryMosaic) {
+    constexpr std::uint32_t w = 5, h = 4;
+    const std::array<std::uint8_t, 3> colour = {200, 100, 50};
+    for (const Mosaic& mosaic : kMosaics) {
+        Bytes raw(w * h), rgb(w * h * 3);
+        for (std::uint32_t y = 0; y < h; ++y)
+            for (std::uint32_t x = 0; x < w; ++x)
+                raw[y * w + x] = colour[siteColour(mosaic.tile, x, y)];
+        demosaicBilinear(mosaic.format, raw.data(), w, h, rgb.data());
+        for (std::size_t p = 0; p < w * h; ++p)
+            for (std::uint32_t c = 0; c < 3; ++c)
+                ASSERT_EQ(rgb[p * 3 + c], colour[c]) << formatName(mosaic.format) << " pixel " << p;
+    }
+}
+
+TEST(DemosaicTest, InterpolatesALinearRampExactlyInsideAndCutsTheWindowAtTheEdges) {
+    // RGGB mosaic of the ramp 10 * (4y + x + 1): inside, every colour averages to the ramp.
+    constexpr std::uint32_t w = 4, h = 4;
+    Bytes raw(w * h), rgb(w * h * 3);
+    for (std::uint32_t i = 0; i < w * h; ++i) raw[i] = static_cast<std::uint8_t>(10 * (i + 1));
+    demosaicBilinear(PixelFormat::BayerRG8, raw.data(), w, h, rgb.data());
+    for (std::uint32_t y = 1; y <= 2; ++y)
+        for (std::uint32_t x = 1; x <= 2; ++x)
+            for (std::uint32_t c = 0; c < 3; ++c)
+                EXPECT_EQ(rgb[(y * w + x) * 3 + c], raw[y * w + x]) << x << "," << y << " " << c;
+    // (0,0) red site: green from (1,0)=20 and (0,1)=50, blue from (1,1)=60 only.
+    EXPECT_EQ(rgb[0], 10);
+    EXPECT_EQ(rgb[1], 35);
+    EXPECT_EQ(rgb[2], 60);
+    // (3,3) blue site: red from (2,2)=110 only, green from (3,2)=120 and (2,3)=150.
+    const std::size_t last = (3 * w + 3) * 3;
+    EXPECT_EQ(rgb[last], 110);
+    EXPECT_EQ(rgb[last + 1], 135);
+    EXPECT_EQ(rgb[last + 2], 160);
+    // (3,0) green site on the right edge: red from (2,0)=30, blue from (3,1)=80.
+    EXPECT_EQ(rgb[3 * 3], 30);
+    EXPECT_EQ(rgb[3 * 3 + 1], 40);
+    EXPECT_EQ(rgb[3 * 3 + 2], 80);
+}
+
+TEST(DemosaicTest, RoundsHalvesUpAndGivesZeroForAColourTheWindowLacks) {
+    // 2 x 1 RGGB: R=1 G=2. Red pixel's green is 2; green pixel's red is 1; no blue anywhere.
+    const Bytes raw = {1, 2};
+    Bytes rgb(6);
+    demosaicBilinear(PixelFormat::BayerRG8, raw.data(), 2, 1, rgb.data());
+    EXPECT_EQ(rgb, (Bytes{1, 2, 0, 1, 2, 0}));
+    // 3 x 1 GRBG row G=1 R=2 G=2: the red site's green is (1 + 2 + 1) / 2 = 2 (1.5 rounded up).
+    const Bytes row = {1, 2, 2};
+    Bytes out(9);
+    demosaicBilinear(PixelFormat::BayerGR8, row.data(), 3, 1, out.data());
+    EXPECT_EQ(out[3 + 1], 2);
+}
+
+TEST(ConvertTest, PackedFormatsReachRgbBySwapCopyOrRepeat) {
+    const Bytes bgr = {1, 2, 3, 4, 5, 6};
+    Bytes rgb(6);
+    convertToRgb8(PixelFormat::Bgr8, bgr.data(), 2, 1, rgb.data());
+    EXPECT_EQ(rgb, (Bytes{3, 2, 1, 6, 5, 4}));
+    convertToRgb8(PixelFormat::Rgb8, bgr.data(), 2, 1, rgb.data());
+    EXPECT_EQ(rgb, bgr);
+    const Bytes mono = {7, 9};
+    convertToRgb8(PixelFormat::Mono8, mono.data(), 2, 1, rgb.data());
+    EXPECT_EQ(rgb, (Bytes{7, 7, 7, 9, 9, 9}));
+}
+
+// ---- Mirror and rotation: a 3 x 2 image "abc / def", one byte per pixel, then three. ----
+
+TEST(ImageOpsTest, MirrorsAndTurnsClockwise) {
+    const Bytes image = {'a', 'b', 'c', 'd', 'e', 'f'};
+    Bytes out(6);
+    flipHorizontal(image.data(), 3, 2, 1, out.data());
+    EXPECT_EQ(std::string(out.begin(), out.end()), "cbafed");
+    flipVertical(image.data(), 3, 2, 1, out.data());
+    EXPECT_EQ(std::string(out.begin(), out.end()), "defabc");
+    rotateClockwise(image.data(), 3, 2, 1, 1, out.data());
+    EXPECT_EQ(std::string(out.begin(), out.end()), "daebfc");  // 2 wide: da / eb / fc
+    rotateClockwise(image.data(), 3, 2, 1, 2, out.data());
+    EXPECT_EQ(std::string(out.begin(), out.end()), "fedcba");
+    rotateClockwise(image.data(), 3, 2, 1, 3, out.data());
+    EXPECT_EQ(std::string(out.begin(), out.end()), "cfbead");  // cf / be / ad
+}
+
+TEST(ImageOpsTest, MovesMultiBytePixelsWhole) {
+    const Bytes image = {1, 2, 3, 4, 5, 6};  // two RGB pixels in a row
+    Bytes out(6);
+    flipHorizontal(image.data(), 2, 1, 3, out.data());
+    EXPECT_EQ(out, (Bytes{4, 5, 6, 1, 2, 3}));
+    rotateClockwise(image.data(), 2, 1, 3, 1, out.data());  // a column: first pixel on top
+    EXPECT_EQ(out, image);
+    rotateClockwise(image.data(), 2, 1, 3, 3, out.data());
+    EXPECT_EQ(out, (Bytes{4, 5, 6, 1, 2, 3}));
+}
+
+// ---- Device model. ----
+
+DeviceDescription camera(const std::string& id, PixelFormat format = PixelFormat::Mono8) {
+    DeviceDescription description;
+    description.make = "hikvision";
+    description.id = id;
+    description.width = 4;
+    description.height = 2;
+    description.format = format;
+    description.seed = seedFromId(id);
+    return description;
+}
+
+TEST(VirtualDeviceTest, OneSessionAtATimeAndUnplugEndsIt) {
+    VirtualDevice device(camera("A"));
+    int first = 0, second = 0;
+    EXPECT_TRUE(device.open(&first));
+    EXPECT_FALSE(device.open(&second));
+    EXPECT_TRUE(device.isOpenBy(&first));
+    device.setGrabbing(true);
+
+    device.unplug();
+    EXPECT_FALSE(device.isOpenBy(&first));
+    EXPECT_FALSE(device.grabbing());
+    EXPECT_FALSE(device.open(&second));  // nothing to open while unplugged
+
+    device.replug();
+    EXPECT_FALSE(device.isOpenBy(&first));  // the old session stays dead
+    device.close(&first);                   // and closing it does not disturb anyone
+    EXPECT_TRUE(device.open(&second));
+    device.close(&first);
+    EXPECT_TRUE(device.isOpenBy(&second));
+}
+
+TEST(VirtualDeviceTest, FramesAreNumberedPerSessionAndShowThePattern) {
+    VirtualDevice device(camera("B", PixelFormat::BayerGB8));
+    int owner = 0;
+    ASSERT_TRUE(device.open(&owner));
+    device.nextFrame();
+    const DeviceFrame second = device.nextFrame();
+    EXPECT_EQ(second.number, 2u);
+    EXPECT_EQ(second.timestampMicroseconds, 2 * VirtualDevice::kFramePeriodMicroseconds);
+    Bytes expected(8);
+    renderFrame(PixelFormat::BayerGB8, seedFromId("B"), 2, 4, 2, expected.data());
+    EXPECT_EQ(second.data, expected);
+
+    device.close(&owner);
+    ASSERT_TRUE(device.open(&owner));
+    EXPECT_EQ(device.nextFrame().number, 1u);
+}
+
+TEST(VirtualDeviceTest, SwitchesOnlyToOfferedFormats) {
+    VirtualDevice bayer(camera("C", PixelFormat::BayerRG8));
+    EXPECT_EQ(bayer.description().supportedFormats,
+              (std::vector<PixelFormat>{PixelFormat::BayerRG8, PixelFormat::Mono8,
+                                        PixelFormat::Rgb8, PixelFormat::Bgr8}));
+    EXPECT_TRUE(bayer.setFormat(PixelFormat::Rgb8));
+    EXPECT_FALSE(bayer.setFormat(PixelFormat::BayerBG8));
+    EXPECT_EQ(bayer.format(), PixelFormat::Rgb8);
+
+    VirtualDevice mono(camera("D"));
+    EXPECT_FALSE(mono.setFormat(PixelFormat::Rgb8));
+}
+
+// ---- Fault plan and call log. ----
+
+TEST(FaultPlanTest, FailsTheNthCallFromNowOnceAndEveryCallWhenAskedUntilCleared) {
+    FaultPlan plan;
+    plan.failOnCall("Open", -5, 2);
+    plan.failOnCall("Open", -6, 0);  // plans nothing
+    EXPECT_EQ(plan.check("Other"), std::nullopt);
+    EXPECT_EQ(plan.check("Open"), std::nullopt);
+    EXPECT_EQ(plan.check("Open"), -5);
+    EXPECT_EQ(plan.check("Open"), std::nullopt);
+
+    plan.failAlways("Grab", -7);
+    plan.failOnCall("Grab", -8, 1);
+    EXPECT_EQ(plan.check("Grab"), -7);  // the standing fault wins, the one-shot is used up
+    EXPECT_EQ(plan.check("Grab"), -7);
+    plan.clear();
+    EXPECT_EQ(plan.check("Grab"), std::nullopt);
+}
+
+TEST(FaultPlanTest, PlansForOneFunctionCountDownTogether) {
+    FaultPlan plan;
+    plan.failOnCall("F", -1, 1);
+    plan.failOnCall("F", -2, 2);
+    EXPECT_EQ(plan.check("F"), -1);
+    EXPECT_EQ(plan.check("F"), -2);
+    EXPECT_EQ(plan.check("F"), std::nullopt);
+}
+
+TEST(CallLogTest, CountsCallsAndKeepsTheLastArguments) {
+    CallLog log;
+    EXPECT_EQ(log.count("F"), 0u);
+    EXPECT_EQ(log.lastArguments("F"), std::nullopt);
+    log.record("F", "1, 2");
+    log.record("F", "3");
+    EXPECT_EQ(log.count("F"), 2u);
+    EXPECT_EQ(log.lastArguments("F"), "3");
+    log.clear();
+    EXPECT_EQ(log.count("F"), 0u);
+}
+
+TEST(LentBuffersTest, OnlyTheBorrowerGivesABufferBackAndTheRestStaysOutstanding) {
+    LentBuffers lent;
+    int first = 0, second = 0;
+    std::uint8_t* a = lent.lend(&first, Bytes{1, 2, 3});
+    std::uint8_t* b = lent.lend(&first, Bytes{});
+    std::uint8_t* c = lent.lend(&second, Bytes{4});
+    EXPECT_EQ(a[2], 3);
+    EXPECT_NE(b, nullptr);
+    EXPECT_EQ(lent.outstanding(), 3u);
+    EXPECT_EQ(lent.outstanding(&first), 2u);
+
+    EXPECT_FALSE(lent.giveBack(&second, a));
+    EXPECT_TRUE(lent.giveBack(&first, a));
+    EXPECT_FALSE(lent.giveBack(&first, a));  // already back
+    EXPECT_TRUE(lent.giveBack(&second, c));
+    EXPECT_EQ(lent.outstanding(), 1u);
+}
+
+// ---- Rig file. ----
+
+TEST(RigTest, ReadsEveryKeyQuotesCommentsAndDefaults) {
+    const Rig rig = parseRig(
+        "# a rig\r\n"
+        "\n"
+        "hikvision id=DA0001 user=\"Line 1 # left\" model=MV-CA050-10GC layer=usb3 "
+        "size=2448x2048 format=bayer_rg8 formats=bayer_rg8,mono8 seed=42   # trailing\r\n"
+        "  daheng\tid=DH7\n"
+        "mindvision id=MV1 formats=bgr8,rgb8\n");
+    ASSERT_TRUE(rig.errors.empty()) << rig.errors.front().message;
+    ASSERT_EQ(rig.devices.size(), 3u);
+
+    const RigDevice& hik = rig.devices[0];
+    EXPECT_EQ(hik.line, 3u);
+    EXPECT_EQ(hik.device.make, "hikvision");
+    EXPECT_EQ(hik.device.id, "DA0001");
+    EXPECT_EQ(hik.device.userName, "Line 1 # left");
+    EXPECT_EQ(hik.device.model, "MV-CA050-10GC");
+    EXPECT_EQ(hik.device.layer, "usb3");
+    EXPECT_EQ(hik.device.width, 2448u);
+    EXPECT_EQ(hik.device.height, 2048u);
+    EXPECT_EQ(hik.device.format, PixelFormat::BayerRG8);
+    EXPECT_EQ(hik.device.supportedFormats,
+              (std::vector<PixelFormat>{PixelFormat::BayerRG8, PixelFormat::Mono8}));
+    EXPECT_EQ(hik.device.seed, 42u);
+
+    const DeviceDescription& daheng = rig.devices[1].device;
+    EXPECT_EQ(daheng.make, "daheng");
+    EXPECT_EQ(daheng.width, 640u);
+    EXPECT_EQ(daheng.height, 480u);
+    EXPECT_EQ(daheng.format, PixelFormat::Mono8);
+    EXPECT_TRUE(daheng.userName.empty() && daheng.layer.empty() && daheng.model.empty());
+    EXPECT_EQ(daheng.seed, seedFromId("DH7"));
+
+    EXPECT_EQ(rig.devices[2].device.format, PixelFormat::Bgr8);  // the first of formats
+    EXPECT_EQ(rig.devicesOf("hikvision").size(), 1u);
+}
+
+TEST(RigTest, SkipsAndReportsEachBadLineWithItsNumber) {
+    const Rig rig = parseRig(
+        "hikvision id=A\n"
+        "hikvision id=B size=0x10\n"
+        "hikvision id=C size=70000x10\n"
+        "hikvision id=D size=12by4\n"
+        "hikvision id=E format=yuv422\n"
+        "hikvision id=F format=mono8 formats=rgb8,bgr8\n"
+        "hikvision id=G colour=red\n"
+        "hikvision id=H id=H2\n"
+        "hikvision user=nobody\n"
+        "hikvision id=\"I\n"
+        "hikvison id=J\n"
+        "hikvision id=A\n"
+        "daheng id=A\n"
+        "hikvision id=K seed=-1\n"
+        "hikvision id=L formats=mono8,\n"
+        "hikvision id=M stray\n");
+    ASSERT_EQ(rig.devices.size(), 2u);
+    EXPECT_EQ(rig.devices[0].device.id, "A");
+    EXPECT_EQ(rig.devices[1].device.make, "daheng");  // ids are per make
+
+    const std::vector<std::pair<unsigned, std::string>> expected = {
+        {2, "size must be WIDTHxHEIGHT, each 1..65535: 0x10"},
+        {3, "size must be WIDTHxHEIGHT, each 1..65535: 70000x10"},
+        {4, "size must be WIDTHxHEIGHT, each 1..65535: 12by4"},
+        {5, "unknown format: yuv422"},
+        {6, "formats must include format mono8"},
+        {7, "unknown key: colour"},
+        {8, "repeated key: id"},
+        {9, "missing id"},
+        {10, "unterminated quote"},
+        {11, "unknown make: hikvison"},
+        {12, "id already used by an earlier hikvision line: A"},
+        {14, "seed must be 0..4294967295: -1"},
+        {15, "formats must be a comma-separated list of formats: mono8,"},
+        {16, "expected key=value: stray"},
+    };
+    ASSERT_EQ(rig.errors.size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(rig.errors[i].line, expected[i].first);
+        EXPECT_EQ(rig.errors[i].message, expected[i].second);
+    }
+    EXPECT_EQ(rig.errors[0].make, "hikvision");
+    EXPECT_EQ(rig.errors[9].make, "");  // an unknown make belongs to no simulator
+}
+
+TEST(RigTest, AnUnreadableFileIsOneErrorOfLineZero) {
+    const Rig rig = readRigFile("/no/such/dir/rig.txt");
+    EXPECT_TRUE(rig.devices.empty());
+    ASSERT_EQ(rig.errors.size(), 1u);
+    EXPECT_EQ(rig.errors[0].line, 0u);
+}
+
+}  // namespace
