@@ -154,6 +154,27 @@ void fillEnum(MVCC_ENUMVALUE& value, std::uint32_t current,
 const std::vector<std::uint32_t> kOffOn = {0, 1};
 const std::vector<std::uint32_t> kOffOnceContinuous = {0, 1, 2};
 
+// "Once" adjusts at once and falls back to off, as a camera does after its one pass.
+std::uint32_t afterOnce(std::uint32_t mode) {
+    return mode == MV_EXPOSURE_AUTO_MODE_ONCE ? MV_EXPOSURE_AUTO_MODE_OFF : mode;
+}
+
+int readFloat(const FloatFeature& feature, MVCC_FLOATVALUE* value) {
+    if (!value) return MV_E_PARAMETER;
+    *value = MVCC_FLOATVALUE{};
+    value->fCurValue = feature.current;
+    value->fMax = feature.max;
+    value->fMin = feature.min;
+    return MV_OK;
+}
+
+// Out-of-range writes (NaN included) are refused, not clamped, as GenICam nodes do.
+int writeFloat(FloatFeature& feature, float value) {
+    if (!(value >= feature.min && value <= feature.max)) return MV_E_GC_RANGE;
+    feature.current = value;
+    return MV_OK;
+}
+
 // Separate buffers only: the image functions never work in place.
 bool overlaps(const void* a, std::size_t aSize, const void* b, std::size_t bSize) {
     const auto first = reinterpret_cast<std::uintptr_t>(a);
@@ -181,6 +202,34 @@ Simulator::Simulator() {
 std::optional<int> Simulator::enter(const char* function, std::string arguments) {
     m_calls.record(function, std::move(arguments));
     return m_faults.check(function);
+}
+
+// Every call is counted and may meet a planned fault first; then it needs Initialize.
+template <class Body>
+int Simulator::call(const char* function, std::string arguments, Body&& body) {
+    std::lock_guard lock(m_mutex);
+    if (const auto fault = enter(function, std::move(arguments))) return *fault;
+    if (!m_initialized) return MV_E_CALLORDER;
+    return body();
+}
+
+// ... and a handle this simulator created and has not destroyed.
+template <class Body>
+int Simulator::onHandle(const char* function, std::string arguments, void* handle, Body&& body) {
+    return call(function, std::move(arguments), [&] {
+        Handle* entry = findHandle(handle);
+        return entry ? body(*entry) : MV_E_HANDLE;
+    });
+}
+
+// ... and an open device whose session is alive.
+template <class Body>
+int Simulator::onDevice(const char* function, std::string arguments, void* handle, Body&& body) {
+    return call(function, std::move(arguments), [&] {
+        Device* device = nullptr;
+        const int status = liveSession(handle, device);
+        return status == MV_OK ? body(*device) : status;
+    });
 }
 
 Simulator::Device* Simulator::findDevice(const std::string& id) {
@@ -218,16 +267,15 @@ int Simulator::initialize() {
 }
 
 int Simulator::finalize() {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_Finalize")) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    for (auto& [token, handle] : m_handles)
-        if (handle.open) endSession(token, handle);
-    // Frames still lent to these handles can no longer be given back: they stay counted.
-    m_handles.clear();
-    m_records.clear();
-    m_initialized = false;
-    return MV_OK;
+    return call("MV_CC_Finalize", {}, [&] {
+        for (auto& [token, handle] : m_handles)
+            if (handle.open) endSession(token, handle);
+        // Frames still lent to these handles can no longer be given back: they stay counted.
+        m_handles.clear();
+        m_records.clear();
+        m_initialized = false;
+        return MV_OK;
+    });
 }
 
 unsigned int Simulator::getSdkVersion() {
@@ -290,499 +338,400 @@ std::unique_ptr<MV_CC_DEVICE_INFO> Simulator::makeRecord(const Device& device, s
 }
 
 int Simulator::enumDevices(unsigned int layerMask, MV_CC_DEVICE_INFO_LIST* list) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_EnumDevices", arguments(Hex{layerMask}))) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!list) return MV_E_PARAMETER;
-    std::vector<std::unique_ptr<MV_CC_DEVICE_INFO>> records;
-    for (const Device& device : m_devices) {
-        if (records.size() == MV_MAX_DEVICE_NUM) break;
-        if (device.model.plugged() && layerInMask(device.layer, layerMask))
-            records.push_back(makeRecord(device, records.size()));
-    }
-    // The SDK owns the records: the previous enumeration's go now, as the vendor warns.
-    m_records = std::move(records);
-    list->nDeviceNum = static_cast<std::uint32_t>(m_records.size());
-    for (std::size_t i = 0; i < m_records.size(); ++i) list->pDeviceInfo[i] = m_records[i].get();
-    return MV_OK;
+    return call("MV_CC_EnumDevices", arguments(Hex{layerMask}), [&] {
+        if (!list) return MV_E_PARAMETER;
+        std::vector<std::unique_ptr<MV_CC_DEVICE_INFO>> records;
+        for (const Device& device : m_devices) {
+            if (records.size() == MV_MAX_DEVICE_NUM) break;
+            if (device.model.plugged() && layerInMask(device.layer, layerMask))
+                records.push_back(makeRecord(device, records.size()));
+        }
+        // The SDK owns the records: the previous enumeration's go now, as the vendor warns.
+        m_records = std::move(records);
+        list->nDeviceNum = static_cast<std::uint32_t>(m_records.size());
+        for (std::size_t i = 0; i < m_records.size(); ++i)
+            list->pDeviceInfo[i] = m_records[i].get();
+        return MV_OK;
+    });
 }
 
 int Simulator::createHandle(void** handle, const MV_CC_DEVICE_INFO* deviceInfo) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_CreateHandle")) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!handle || !deviceInfo) return MV_E_PARAMETER;
-    const auto serial = recordSerial(*deviceInfo);
-    const Device* device = serial ? findDevice(*serial) : nullptr;
-    // The device need not be plugged in now; opening it needs that.
-    if (!device || device->layer != deviceInfo->nTLayerType) return MV_E_PARAMETER;
-    // Handles are opaque tokens, never reused, so a destroyed one stays invalid.
-    void* token = reinterpret_cast<void*>(0x48530000 + 0x10 * ++m_handlesCreated);
-    m_handles[token] = Handle{device->model.id(), device->layer, false};
-    *handle = token;
-    return MV_OK;
+    return call("MV_CC_CreateHandle", {}, [&] {
+        if (!handle || !deviceInfo) return MV_E_PARAMETER;
+        const auto serial = recordSerial(*deviceInfo);
+        const Device* device = serial ? findDevice(*serial) : nullptr;
+        // The device need not be plugged in now; opening it needs that.
+        if (!device || device->layer != deviceInfo->nTLayerType) return MV_E_PARAMETER;
+        // Handles are opaque tokens, never reused, so a destroyed one stays invalid.
+        void* token = reinterpret_cast<void*>(0x48530000 + 0x10 * ++m_handlesCreated);
+        m_handles[token] = Handle{device->model.id(), device->layer, false};
+        *handle = token;
+        return MV_OK;
+    });
 }
 
 int Simulator::openDevice(void* handle, unsigned int accessMode, unsigned short switchoverKey) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_OpenDevice", arguments(accessMode, switchoverKey)))
-        return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    Handle* entry = findHandle(handle);
-    if (!entry) return MV_E_HANDLE;
-    if (entry->open) return MV_E_CALLORDER;
-    if (accessMode < MV_ACCESS_Exclusive || accessMode > MV_ACCESS_Monitor) return MV_E_PARAMETER;
-    Device* device = findDevice(entry->deviceId);
-    if (!device || !device->model.plugged()) return lostDeviceStatus(entry->layer);
-    // Every mode is exclusive here: no monitor or switch-over sessions beside an open one.
-    if (!device->model.open(handle)) return MV_E_ACCESS_DENIED;
-    entry->open = true;
-    return MV_OK;
+    const auto recorded = arguments(accessMode, switchoverKey);
+    return onHandle("MV_CC_OpenDevice", recorded, handle, [&](Handle& entry) {
+        if (entry.open) return MV_E_CALLORDER;
+        if (accessMode < MV_ACCESS_Exclusive || accessMode > MV_ACCESS_Monitor)
+            return MV_E_PARAMETER;
+        Device* device = findDevice(entry.deviceId);
+        if (!device || !device->model.plugged()) return lostDeviceStatus(entry.layer);
+        // Every mode is exclusive here: no monitor or switch-over sessions beside an open one.
+        if (!device->model.open(handle)) return MV_E_ACCESS_DENIED;
+        entry.open = true;
+        return MV_OK;
+    });
 }
 
 int Simulator::closeDevice(void* handle) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_CloseDevice")) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    Handle* entry = findHandle(handle);
-    if (!entry) return MV_E_HANDLE;
-    if (!entry->open) return MV_E_CALLORDER;
-    endSession(handle, *entry);  // also after an unplug: closing a dead session succeeds
-    return MV_OK;
+    return onHandle("MV_CC_CloseDevice", {}, handle, [&](Handle& entry) {
+        if (!entry.open) return MV_E_CALLORDER;
+        endSession(handle, entry);  // also after an unplug: closing a dead session succeeds
+        return MV_OK;
+    });
 }
 
 int Simulator::destroyHandle(void* handle) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_DestroyHandle")) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    Handle* entry = findHandle(handle);
-    if (!entry) return MV_E_HANDLE;
-    if (entry->open) endSession(handle, *entry);
-    m_handles.erase(handle);
-    return MV_OK;
+    return onHandle("MV_CC_DestroyHandle", {}, handle, [&](Handle& entry) {
+        if (entry.open) endSession(handle, entry);
+        m_handles.erase(handle);
+        return MV_OK;
+    });
 }
 
 bool Simulator::isDeviceConnected(void* handle) {
-    std::lock_guard lock(m_mutex);
-    if (enter("MV_CC_IsDeviceConnected")) return false;
-    if (!m_initialized) return false;
-    Device* device = nullptr;
-    return liveSession(handle, device) == MV_OK;
+    return onDevice("MV_CC_IsDeviceConnected", {}, handle, [](Device&) { return MV_OK; }) == MV_OK;
 }
 
 // ---- Streaming. ----
 
 int Simulator::startGrabbing(void* handle) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_StartGrabbing")) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    Device* device = nullptr;
-    if (const int status = liveSession(handle, device); status != MV_OK) return status;
-    if (device->model.grabbing()) return MV_E_CALLORDER;
-    device->model.setGrabbing(true);
-    return MV_OK;
+    return onDevice("MV_CC_StartGrabbing", {}, handle, [](Device& device) {
+        if (device.model.grabbing()) return MV_E_CALLORDER;
+        device.model.setGrabbing(true);
+        return MV_OK;
+    });
 }
 
 int Simulator::stopGrabbing(void* handle) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_StopGrabbing")) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    Device* device = nullptr;
-    if (const int status = liveSession(handle, device); status != MV_OK) return status;
-    if (!device->model.grabbing()) return MV_E_CALLORDER;
-    device->model.setGrabbing(false);
-    return MV_OK;
+    return onDevice("MV_CC_StopGrabbing", {}, handle, [](Device& device) {
+        if (!device.model.grabbing()) return MV_E_CALLORDER;
+        device.model.setGrabbing(false);
+        return MV_OK;
+    });
 }
 
 int Simulator::getImageBuffer(void* handle, MV_FRAME_OUT* frame, unsigned int timeoutMs) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_GetImageBuffer", arguments(timeoutMs))) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    if (!frame) return MV_E_PARAMETER;
-    // Whenever no frame can come, the time-out would expire: say so at once instead of waiting.
-    // That covers a device not streaming or gone, a trigger that never fires (no trigger source
-    // is simulated) and every image node held by the caller.
-    Device* device = nullptr;
-    if (liveSession(handle, device) != MV_OK || !device->model.grabbing() ||
-        device->triggerMode != MV_TRIGGER_MODE_OFF ||
-        m_lent.outstanding(handle) >= HIKSIM_IMAGE_NODE_COUNT)
-        return MV_E_NODATA;
+    return onHandle("MV_CC_GetImageBuffer", arguments(timeoutMs), handle, [&](Handle&) {
+        if (!frame) return MV_E_PARAMETER;
+        // Whenever no frame can come, the time-out would expire: say so at once instead of
+        // waiting. That covers a device not streaming or gone, a trigger that never fires (no
+        // trigger source is simulated) and every image node held by the caller.
+        Device* device = nullptr;
+        if (liveSession(handle, device) != MV_OK || !device->model.grabbing() ||
+            device->triggerMode != MV_TRIGGER_MODE_OFF ||
+            m_lent.outstanding(handle) >= HIKSIM_IMAGE_NODE_COUNT)
+            return MV_E_NODATA;
 
-    DeviceFrame next = device->model.nextFrame();
-    MV_FRAME_OUT_INFO_EX& info = frame->stFrameInfo;
-    info = MV_FRAME_OUT_INFO_EX{};
-    info.nWidth = static_cast<std::uint16_t>(next.width);
-    info.nHeight = static_cast<std::uint16_t>(next.height);
-    info.nExtendWidth = next.width;
-    info.nExtendHeight = next.height;
-    info.enPixelType = static_cast<MvGvspPixelType>(pixelTypeOf(next.format));
-    info.nFrameNum = next.number;
-    info.nFrameCounter = next.number;
-    const std::uint64_t deviceNanoseconds = next.timestampMicroseconds * 1000;
-    info.nDevTimeStampHigh = static_cast<std::uint32_t>(deviceNanoseconds >> 32);
-    info.nDevTimeStampLow = static_cast<std::uint32_t>(deviceNanoseconds & 0xFFFFFFFFu);
-    info.nHostTimeStamp = std::chrono::duration_cast<std::chrono::milliseconds>(
-                              std::chrono::system_clock::now().time_since_epoch())
-                              .count();
-    info.nFrameLen = static_cast<std::uint32_t>(next.data.size());
-    info.nFrameLenEx = next.data.size();
-    info.fGain = device->gain.current;
-    info.fExposureTime = device->exposure.current;
-    frame->pBufAddr = m_lent.lend(handle, std::move(next.data));
-    return MV_OK;
+        DeviceFrame next = device->model.nextFrame();
+        MV_FRAME_OUT_INFO_EX& info = frame->stFrameInfo;
+        info = MV_FRAME_OUT_INFO_EX{};
+        info.nWidth = static_cast<std::uint16_t>(next.width);
+        info.nHeight = static_cast<std::uint16_t>(next.height);
+        info.nExtendWidth = next.width;
+        info.nExtendHeight = next.height;
+        info.enPixelType = static_cast<MvGvspPixelType>(pixelTypeOf(next.format));
+        info.nFrameNum = next.number;
+        info.nFrameCounter = next.number;
+        const std::uint64_t deviceNanoseconds = next.timestampMicroseconds * 1000;
+        info.nDevTimeStampHigh = static_cast<std::uint32_t>(deviceNanoseconds >> 32);
+        info.nDevTimeStampLow = static_cast<std::uint32_t>(deviceNanoseconds & 0xFFFFFFFFu);
+        info.nHostTimeStamp = std::chrono::duration_cast<std::chrono::milliseconds>(
+                                  std::chrono::system_clock::now().time_since_epoch())
+                                  .count();
+        info.nFrameLen = static_cast<std::uint32_t>(next.data.size());
+        info.nFrameLenEx = next.data.size();
+        info.fGain = device->gain.current;
+        info.fExposureTime = device->exposure.current;
+        frame->pBufAddr = m_lent.lend(handle, std::move(next.data));
+        return MV_OK;
+    });
 }
 
 int Simulator::freeImageBuffer(void* handle, MV_FRAME_OUT* frame) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_FreeImageBuffer")) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    if (!frame || !frame->pBufAddr) return MV_E_PARAMETER;
-    // A buffer goes back to the handle that borrowed it, also after the device went away.
-    if (!m_lent.giveBack(handle, frame->pBufAddr)) return MV_E_PARAMETER;
-    return MV_OK;
+    return onHandle("MV_CC_FreeImageBuffer", {}, handle, [&](Handle&) {
+        if (!frame || !frame->pBufAddr) return MV_E_PARAMETER;
+        // A buffer goes back to the handle that borrowed it, also after the device went away.
+        return m_lent.giveBack(handle, frame->pBufAddr) ? MV_OK : MV_E_PARAMETER;
+    });
 }
 
 // ---- Feature nodes. ----
 
 int Simulator::getEnumValue(void* handle, const char* key, MVCC_ENUMVALUE* value) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_GetEnumValue", arguments(key))) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    if (!key || !value) return MV_E_PARAMETER;
-    Device* device = nullptr;
-    if (const int status = liveSession(handle, device); status != MV_OK) return status;
-    const std::string node = key;
-    if (node == "PixelFormat") {
-        std::vector<std::uint32_t> supported;
-        for (const PixelFormat format : device->model.description().supportedFormats)
-            supported.push_back(pixelTypeOf(format));
-        fillEnum(*value, pixelTypeOf(device->model.format()), supported);
-    } else if (node == "TriggerMode") {
-        fillEnum(*value, device->triggerMode, kOffOn);
-    } else if (node == "ExposureAuto") {
-        fillEnum(*value, device->exposureAuto, kOffOnceContinuous);
-    } else if (node == "GainAuto") {
-        fillEnum(*value, device->gainAuto, kOffOnceContinuous);
-    } else {
-        return MV_E_GC_PROPERTY;  // no such enumeration node
-    }
-    return MV_OK;
+    return onDevice("MV_CC_GetEnumValue", arguments(key), handle, [&](Device& device) {
+        if (!key || !value) return MV_E_PARAMETER;
+        const std::string node = key;
+        if (node == "PixelFormat") {
+            std::vector<std::uint32_t> supported;
+            for (const PixelFormat format : device.model.description().supportedFormats)
+                supported.push_back(pixelTypeOf(format));
+            fillEnum(*value, pixelTypeOf(device.model.format()), supported);
+        } else if (node == "TriggerMode") {
+            fillEnum(*value, device.triggerMode, kOffOn);
+        } else if (node == "ExposureAuto") {
+            fillEnum(*value, device.exposureAuto, kOffOnceContinuous);
+        } else if (node == "GainAuto") {
+            fillEnum(*value, device.gainAuto, kOffOnceContinuous);
+        } else {
+            return MV_E_GC_PROPERTY;  // no such enumeration node
+        }
+        return MV_OK;
+    });
 }
 
 int Simulator::setEnumValue(void* handle, const char* key, unsigned int value) {
     std::lock_guard lock(m_mutex);
     if (key) m_lastEnumValues[key] = value;
-    if (const auto fault = enter("MV_CC_SetEnumValue", arguments(key, value))) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    if (!key) return MV_E_PARAMETER;
-    Device* device = nullptr;
-    if (const int status = liveSession(handle, device); status != MV_OK) return status;
-    const std::string node = key;
-    if (node == "PixelFormat") {
-        // Read-only while streaming, as on most cameras: the payload size depends on it.
-        if (device->model.grabbing()) return MV_E_GC_ACCESS;
-        const auto format = formatOfPixelType(value);
-        if (!format || !device->model.setFormat(*format)) return MV_E_GC_RANGE;
-    } else if (node == "TriggerMode") {
-        if (value > MV_TRIGGER_MODE_ON) return MV_E_GC_RANGE;
-        device->triggerMode = value;
-    } else if (node == "ExposureAuto" || node == "GainAuto") {
-        if (value > MV_EXPOSURE_AUTO_MODE_CONTINUOUS) return MV_E_GC_RANGE;
-        // "Once" adjusts at once and falls back to off, as the camera does after one pass.
-        const std::uint32_t mode = value == MV_EXPOSURE_AUTO_MODE_ONCE ? 0 : value;
-        (node == "ExposureAuto" ? device->exposureAuto : device->gainAuto) = mode;
-    } else {
-        return MV_E_GC_PROPERTY;
-    }
-    return MV_OK;
+    return onDevice("MV_CC_SetEnumValue", arguments(key, value), handle, [&](Device& device) {
+        if (!key) return MV_E_PARAMETER;
+        const std::string node = key;
+        if (node == "PixelFormat") {
+            // Read-only while streaming, as on most cameras: the payload size depends on it.
+            if (device.model.grabbing()) return MV_E_GC_ACCESS;
+            const auto format = formatOfPixelType(value);
+            if (!format || !device.model.setFormat(*format)) return MV_E_GC_RANGE;
+        } else if (node == "TriggerMode") {
+            if (value > MV_TRIGGER_MODE_ON) return MV_E_GC_RANGE;
+            device.triggerMode = value;
+        } else if (node == "ExposureAuto" || node == "GainAuto") {
+            if (value > MV_EXPOSURE_AUTO_MODE_CONTINUOUS) return MV_E_GC_RANGE;
+            (node == "ExposureAuto" ? device.exposureAuto : device.gainAuto) = afterOnce(value);
+        } else {
+            return MV_E_GC_PROPERTY;
+        }
+        return MV_OK;
+    });
 }
 
 int Simulator::getIntValueEx(void* handle, const char* key, MVCC_INTVALUE_EX* value) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_GetIntValueEx", arguments(key))) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    if (!key || !value) return MV_E_PARAMETER;
-    Device* device = nullptr;
-    if (const int status = liveSession(handle, device); status != MV_OK) return status;
-    const std::string node = key;
-    const DeviceDescription& description = device->model.description();
-    *value = MVCC_INTVALUE_EX{};
-    value->nInc = 1;
-    if (node == "Width" || node == "Height") {
-        // The whole sensor: no region of interest is simulated.
-        const std::uint32_t size = node == "Width" ? description.width : description.height;
-        value->nCurValue = value->nMax = size;
-        value->nMin = 1;
-    } else if (node == "Brightness") {
-        value->nCurValue = device->brightness.current;
-        value->nMax = device->brightness.max;
-        value->nMin = device->brightness.min;
-        value->nInc = device->brightness.increment;
-    } else {
-        return MV_E_GC_PROPERTY;
-    }
-    return MV_OK;
+    return onDevice("MV_CC_GetIntValueEx", arguments(key), handle, [&](Device& device) {
+        if (!key || !value) return MV_E_PARAMETER;
+        const std::string node = key;
+        const DeviceDescription& description = device.model.description();
+        *value = MVCC_INTVALUE_EX{};
+        if (node == "Width" || node == "Height") {
+            // The whole sensor: no region of interest is simulated.
+            const std::uint32_t size = node == "Width" ? description.width : description.height;
+            value->nCurValue = value->nMax = size;
+            value->nMin = value->nInc = 1;
+        } else if (node == "Brightness") {
+            value->nCurValue = device.brightness.current;
+            value->nMax = device.brightness.max;
+            value->nMin = device.brightness.min;
+            value->nInc = device.brightness.increment;
+        } else {
+            return MV_E_GC_PROPERTY;
+        }
+        return MV_OK;
+    });
 }
 
 // The four functions our code binds but never calls answer "not supported", after the checks
 // every call makes.
 int Simulator::setIntValueEx(void* handle, const char* key, std::int64_t value) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_SetIntValueEx", arguments(key, value))) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    return MV_E_SUPPORT;
+    return onHandle("MV_CC_SetIntValueEx", arguments(key, value), handle,
+                    [](Handle&) { return MV_E_SUPPORT; });
 }
 
 int Simulator::setGainMode(void* handle, unsigned int value) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_SetGainMode", arguments(value))) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    return MV_E_SUPPORT;
+    return onHandle("MV_CC_SetGainMode", arguments(value), handle,
+                    [](Handle&) { return MV_E_SUPPORT; });
 }
 
 int Simulator::getFloatValue(void* handle, const char* key, MVCC_FLOATVALUE*) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_GetFloatValue", arguments(key))) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    return MV_E_SUPPORT;
+    return onHandle("MV_CC_GetFloatValue", arguments(key), handle,
+                    [](Handle&) { return MV_E_SUPPORT; });
 }
 
 int Simulator::setFloatValue(void* handle, const char* key, float value) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_SetFloatValue", arguments(key, value))) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    return MV_E_SUPPORT;
+    return onHandle("MV_CC_SetFloatValue", arguments(key, value), handle,
+                    [](Handle&) { return MV_E_SUPPORT; });
 }
 
 int Simulator::getGainMode(void* handle, MVCC_ENUMVALUE* value) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_GetGainMode")) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    if (!value) return MV_E_PARAMETER;
-    Device* device = nullptr;
-    if (const int status = liveSession(handle, device); status != MV_OK) return status;
-    fillEnum(*value, device->gainAuto, kOffOnceContinuous);
-    return MV_OK;
+    return onDevice("MV_CC_GetGainMode", {}, handle, [&](Device& device) {
+        if (!value) return MV_E_PARAMETER;
+        fillEnum(*value, device.gainAuto, kOffOnceContinuous);
+        return MV_OK;
+    });
 }
 
 int Simulator::getExposureAutoMode(void* handle, MVCC_ENUMVALUE* value) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_GetExposureAutoMode")) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    if (!value) return MV_E_PARAMETER;
-    Device* device = nullptr;
-    if (const int status = liveSession(handle, device); status != MV_OK) return status;
-    fillEnum(*value, device->exposureAuto, kOffOnceContinuous);
-    return MV_OK;
+    return onDevice("MV_CC_GetExposureAutoMode", {}, handle, [&](Device& device) {
+        if (!value) return MV_E_PARAMETER;
+        fillEnum(*value, device.exposureAuto, kOffOnceContinuous);
+        return MV_OK;
+    });
 }
 
 int Simulator::setExposureAutoMode(void* handle, unsigned int value) {
     std::lock_guard lock(m_mutex);
     m_lastExposureAuto = value;
-    if (const auto fault = enter("MV_CC_SetExposureAutoMode", arguments(value))) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    Device* device = nullptr;
-    if (const int status = liveSession(handle, device); status != MV_OK) return status;
-    if (value > MV_EXPOSURE_AUTO_MODE_CONTINUOUS) return MV_E_GC_RANGE;
-    device->exposureAuto = value == MV_EXPOSURE_AUTO_MODE_ONCE ? MV_EXPOSURE_AUTO_MODE_OFF : value;
-    return MV_OK;
+    return onDevice("MV_CC_SetExposureAutoMode", arguments(value), handle, [&](Device& device) {
+        if (value > MV_EXPOSURE_AUTO_MODE_CONTINUOUS) return MV_E_GC_RANGE;
+        device.exposureAuto = afterOnce(value);
+        return MV_OK;
+    });
 }
 
 int Simulator::getBrightness(void* handle, MVCC_INTVALUE* value) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_GetBrightness")) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    if (!value) return MV_E_PARAMETER;
-    Device* device = nullptr;
-    if (const int status = liveSession(handle, device); status != MV_OK) return status;
-    *value = MVCC_INTVALUE{};
-    value->nCurValue = device->brightness.current;
-    value->nMax = device->brightness.max;
-    value->nMin = device->brightness.min;
-    value->nInc = device->brightness.increment;
-    return MV_OK;
+    return onDevice("MV_CC_GetBrightness", {}, handle, [&](Device& device) {
+        if (!value) return MV_E_PARAMETER;
+        *value = MVCC_INTVALUE{};
+        value->nCurValue = device.brightness.current;
+        value->nMax = device.brightness.max;
+        value->nMin = device.brightness.min;
+        value->nInc = device.brightness.increment;
+        return MV_OK;
+    });
 }
 
 int Simulator::setBrightness(void* handle, unsigned int value) {
     std::lock_guard lock(m_mutex);
     m_lastBrightness = value;
-    if (const auto fault = enter("MV_CC_SetBrightness", arguments(value))) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    Device* device = nullptr;
-    if (const int status = liveSession(handle, device); status != MV_OK) return status;
-    IntFeature& brightness = device->brightness;
-    // Out-of-range writes are refused, not clamped, as GenICam nodes do.
-    if (value < brightness.min || value > brightness.max ||
-        (value - brightness.min) % brightness.increment != 0)
-        return MV_E_GC_RANGE;
-    brightness.current = value;
-    return MV_OK;
+    return onDevice("MV_CC_SetBrightness", arguments(value), handle, [&](Device& device) {
+        IntFeature& brightness = device.brightness;
+        if (value < brightness.min || value > brightness.max ||
+            (value - brightness.min) % brightness.increment != 0)
+            return MV_E_GC_RANGE;
+        brightness.current = value;
+        return MV_OK;
+    });
 }
 
 int Simulator::getExposureTime(void* handle, MVCC_FLOATVALUE* value) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_GetExposureTime")) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    if (!value) return MV_E_PARAMETER;
-    Device* device = nullptr;
-    if (const int status = liveSession(handle, device); status != MV_OK) return status;
-    *value = MVCC_FLOATVALUE{};
-    value->fCurValue = device->exposure.current;
-    value->fMax = device->exposure.max;
-    value->fMin = device->exposure.min;
-    return MV_OK;
+    return onDevice("MV_CC_GetExposureTime", {}, handle,
+                    [&](Device& device) { return readFloat(device.exposure, value); });
 }
 
 int Simulator::setExposureTime(void* handle, float value) {
     std::lock_guard lock(m_mutex);
     m_lastExposureTime = value;
-    if (const auto fault = enter("MV_CC_SetExposureTime", arguments(value))) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    Device* device = nullptr;
-    if (const int status = liveSession(handle, device); status != MV_OK) return status;
-    // The automatic loop owns the value while it runs.
-    if (device->exposureAuto == MV_EXPOSURE_AUTO_MODE_CONTINUOUS) return MV_E_GC_ACCESS;
-    if (!(value >= device->exposure.min && value <= device->exposure.max)) return MV_E_GC_RANGE;
-    device->exposure.current = value;
-    return MV_OK;
+    return onDevice("MV_CC_SetExposureTime", arguments(value), handle, [&](Device& device) {
+        // The automatic loop owns the value while it runs.
+        if (device.exposureAuto == MV_EXPOSURE_AUTO_MODE_CONTINUOUS) return MV_E_GC_ACCESS;
+        return writeFloat(device.exposure, value);
+    });
 }
 
 int Simulator::getGain(void* handle, MVCC_FLOATVALUE* value) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_GetGain")) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    if (!value) return MV_E_PARAMETER;
-    Device* device = nullptr;
-    if (const int status = liveSession(handle, device); status != MV_OK) return status;
-    *value = MVCC_FLOATVALUE{};
-    value->fCurValue = device->gain.current;
-    value->fMax = device->gain.max;
-    value->fMin = device->gain.min;
-    return MV_OK;
+    return onDevice("MV_CC_GetGain", {}, handle,
+                    [&](Device& device) { return readFloat(device.gain, value); });
 }
 
 int Simulator::setGain(void* handle, float value) {
     std::lock_guard lock(m_mutex);
     m_lastGain = value;
-    if (const auto fault = enter("MV_CC_SetGain", arguments(value))) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    Device* device = nullptr;
-    if (const int status = liveSession(handle, device); status != MV_OK) return status;
-    if (device->gainAuto == MV_GAIN_MODE_CONTINUOUS) return MV_E_GC_ACCESS;
-    if (!(value >= device->gain.min && value <= device->gain.max)) return MV_E_GC_RANGE;
-    device->gain.current = value;
-    return MV_OK;
+    return onDevice("MV_CC_SetGain", arguments(value), handle, [&](Device& device) {
+        if (device.gainAuto == MV_GAIN_MODE_CONTINUOUS) return MV_E_GC_ACCESS;
+        return writeFloat(device.gain, value);
+    });
 }
 
 int Simulator::setCommandValue(void* handle, const char* key) {
-    std::lock_guard lock(m_mutex);
-    if (const auto fault = enter("MV_CC_SetCommandValue", arguments(key))) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    if (!key) return MV_E_PARAMETER;
-    Device* device = nullptr;
-    if (const int status = liveSession(handle, device); status != MV_OK) return status;
-    // Settings are not lost at unplug here, so saving them has nothing to do.
-    return std::string(key) == "UserDataSave" ? MV_OK : MV_E_GC_PROPERTY;
+    return onDevice("MV_CC_SetCommandValue", arguments(key), handle, [&](Device&) {
+        if (!key) return MV_E_PARAMETER;
+        // Settings are not lost at unplug here, so saving them has nothing to do.
+        return std::string(key) == "UserDataSave" ? MV_OK : MV_E_GC_PROPERTY;
+    });
 }
 
-// ---- Image processing. ----
+// ---- Image processing: needs a handle, not an open device. ----
 
 int Simulator::convertPixelTypeEx(void* handle, MV_CC_PIXEL_CONVERT_PARAM_EX* param) {
-    std::lock_guard lock(m_mutex);
     const std::string recorded =
-        param ? arguments(param->nWidth, param->nHeight,
-                          Hex{static_cast<std::int64_t>(param->enSrcPixelType)},
-                          Hex{static_cast<std::int64_t>(param->enDstPixelType)},
-                          param->nDstBufferSize)
+        param ? arguments(param->nWidth, param->nHeight, Hex{param->enSrcPixelType},
+                          Hex{param->enDstPixelType}, param->nDstBufferSize)
               : std::string();
-    if (const auto fault = enter("MV_CC_ConvertPixelTypeEx", recorded)) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    if (!param || !param->pSrcData || !param->pDstBuffer || param->nWidth == 0 ||
-        param->nHeight == 0)
-        return MV_E_PARAMETER;
-    const auto source = formatOfPixelType(static_cast<std::int64_t>(param->enSrcPixelType));
-    if (!source || static_cast<std::int64_t>(param->enDstPixelType) != PixelType_Gvsp_RGB8_Packed)
-        return MV_E_SUPPORT;
-    const std::size_t inBytes = frameBytes(*source, param->nWidth, param->nHeight);
-    const std::size_t outBytes = frameBytes(PixelFormat::Rgb8, param->nWidth, param->nHeight);
-    if (outBytes > 0xFFFFFFFFu || param->nSrcDataLen < inBytes) return MV_E_PARAMETER;
-    if (param->nDstBufferSize < outBytes) return MV_E_NOENOUGH_BUF;
-    if (overlaps(param->pSrcData, inBytes, param->pDstBuffer, outBytes)) return MV_E_PARAMETER;
-    convertToRgb8(*source, param->pSrcData, param->nWidth, param->nHeight, param->pDstBuffer);
-    param->nDstLen = static_cast<std::uint32_t>(outBytes);
-    return MV_OK;
+    return onHandle("MV_CC_ConvertPixelTypeEx", recorded, handle, [&](Handle&) {
+        if (!param || !param->pSrcData || !param->pDstBuffer || param->nWidth == 0 ||
+            param->nHeight == 0)
+            return MV_E_PARAMETER;
+        const auto source = formatOfPixelType(param->enSrcPixelType);
+        if (!source || param->enDstPixelType != PixelType_Gvsp_RGB8_Packed) return MV_E_SUPPORT;
+        const std::size_t inBytes = frameBytes(*source, param->nWidth, param->nHeight);
+        const std::size_t outBytes = frameBytes(PixelFormat::Rgb8, param->nWidth, param->nHeight);
+        if (outBytes > 0xFFFFFFFFu || param->nSrcDataLen < inBytes) return MV_E_PARAMETER;
+        if (param->nDstBufferSize < outBytes) return MV_E_NOENOUGH_BUF;
+        if (overlaps(param->pSrcData, inBytes, param->pDstBuffer, outBytes)) return MV_E_PARAMETER;
+        convertToRgb8(*source, param->pSrcData, param->nWidth, param->nHeight, param->pDstBuffer);
+        param->nDstLen = static_cast<std::uint32_t>(outBytes);
+        return MV_OK;
+    });
 }
 
-int Simulator::flipImage(void* handle, MV_CC_FLIP_IMAGE_PARAM* param) {
-    std::lock_guard lock(m_mutex);
-    const std::string recorded = param
-                                     ? arguments(Hex{static_cast<std::int64_t>(param->enPixelType)},
-                                                 param->nWidth, param->nHeight, param->enFlipType)
-                                     : std::string();
-    if (const auto fault = enter("MV_CC_FlipImage", recorded)) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
+namespace {
+
+// Flip and rotate check the same things; `transform` is the flip type or rotation angle.
+template <class Param>
+int checkTransform(const Param* param, std::uint32_t transform, std::uint32_t first,
+                   std::uint32_t last, PixelFormat& format, std::size_t& bytes) {
     if (!param || !param->pSrcData || !param->pDstBuf || param->nWidth == 0 || param->nHeight == 0)
         return MV_E_PARAMETER;
-    const auto format = formatOfPixelType(static_cast<std::int64_t>(param->enPixelType));
-    if (!format || !isPackedFormat(*format)) return MV_E_SUPPORT;
-    if (param->enFlipType != MV_FLIP_VERTICAL && param->enFlipType != MV_FLIP_HORIZONTAL)
-        return MV_E_PARAMETER;
-    const std::size_t bytes = frameBytes(*format, param->nWidth, param->nHeight);
+    const auto type = formatOfPixelType(param->enPixelType);
+    if (!type || !isPackedFormat(*type)) return MV_E_SUPPORT;
+    if (transform < first || transform > last) return MV_E_PARAMETER;
+    format = *type;
+    bytes = frameBytes(format, param->nWidth, param->nHeight);
     if (bytes > 0xFFFFFFFFu || param->nSrcDataLen < bytes) return MV_E_PARAMETER;
     if (param->nDstBufSize < bytes) return MV_E_NOENOUGH_BUF;
     if (overlaps(param->pSrcData, bytes, param->pDstBuf, bytes)) return MV_E_PARAMETER;
-    const auto flip = param->enFlipType == MV_FLIP_VERTICAL ? flipVertical : flipHorizontal;
-    flip(param->pSrcData, param->nWidth, param->nHeight, bytesPerPixel(*format), param->pDstBuf);
-    param->nDstBufLen = static_cast<std::uint32_t>(bytes);
     return MV_OK;
+}
+
+}  // namespace
+
+int Simulator::flipImage(void* handle, MV_CC_FLIP_IMAGE_PARAM* param) {
+    const std::string recorded =
+        param ? arguments(Hex{param->enPixelType}, param->nWidth, param->nHeight, param->enFlipType)
+              : std::string();
+    return onHandle("MV_CC_FlipImage", recorded, handle, [&](Handle&) {
+        PixelFormat format{};
+        std::size_t bytes = 0;
+        const std::uint32_t type = param ? param->enFlipType : 0;
+        if (const int status =
+                checkTransform(param, type, MV_FLIP_VERTICAL, MV_FLIP_HORIZONTAL, format, bytes);
+            status != MV_OK)
+            return status;
+        const auto flip = type == MV_FLIP_VERTICAL ? flipVertical : flipHorizontal;
+        flip(param->pSrcData, param->nWidth, param->nHeight, bytesPerPixel(format), param->pDstBuf);
+        param->nDstBufLen = static_cast<std::uint32_t>(bytes);
+        return MV_OK;
+    });
 }
 
 int Simulator::rotateImage(void* handle, MV_CC_ROTATE_IMAGE_PARAM* param) {
-    std::lock_guard lock(m_mutex);
-    const std::string recorded =
-        param ? arguments(Hex{static_cast<std::int64_t>(param->enPixelType)}, param->nWidth,
-                          param->nHeight, param->enRotationAngle)
-              : std::string();
-    if (const auto fault = enter("MV_CC_RotateImage", recorded)) return *fault;
-    if (!m_initialized) return MV_E_CALLORDER;
-    if (!findHandle(handle)) return MV_E_HANDLE;
-    if (!param || !param->pSrcData || !param->pDstBuf || param->nWidth == 0 || param->nHeight == 0)
-        return MV_E_PARAMETER;
-    const auto format = formatOfPixelType(static_cast<std::int64_t>(param->enPixelType));
-    if (!format || !isPackedFormat(*format)) return MV_E_SUPPORT;
-    const std::uint32_t angle = param->enRotationAngle;
-    if (angle < MV_IMAGE_ROTATE_90 || angle > MV_IMAGE_ROTATE_270) return MV_E_PARAMETER;
-    const std::size_t bytes = frameBytes(*format, param->nWidth, param->nHeight);
-    if (bytes > 0xFFFFFFFFu || param->nSrcDataLen < bytes) return MV_E_PARAMETER;
-    if (param->nDstBufSize < bytes) return MV_E_NOENOUGH_BUF;
-    if (overlaps(param->pSrcData, bytes, param->pDstBuf, bytes)) return MV_E_PARAMETER;
-    // The header leaves the direction open; 90 turns clockwise here, as our own routines do.
-    rotateClockwise(param->pSrcData, param->nWidth, param->nHeight, bytesPerPixel(*format), angle,
-                    param->pDstBuf);
-    if (angle != MV_IMAGE_ROTATE_180) std::swap(param->nWidth, param->nHeight);
-    param->nDstBufLen = static_cast<std::uint32_t>(bytes);
-    return MV_OK;
+    const std::string recorded = param ? arguments(Hex{param->enPixelType}, param->nWidth,
+                                                   param->nHeight, param->enRotationAngle)
+                                       : std::string();
+    return onHandle("MV_CC_RotateImage", recorded, handle, [&](Handle&) {
+        PixelFormat format{};
+        std::size_t bytes = 0;
+        const std::uint32_t angle = param ? param->enRotationAngle : 0;
+        if (const int status = checkTransform(param, angle, MV_IMAGE_ROTATE_90, MV_IMAGE_ROTATE_270,
+                                              format, bytes);
+            status != MV_OK)
+            return status;
+        // The header leaves the direction open; 90 turns clockwise here, as our own routines do.
+        rotateClockwise(param->pSrcData, param->nWidth, param->nHeight, bytesPerPixel(format),
+                        angle, param->pDstBuf);
+        if (angle != MV_IMAGE_ROTATE_180) std::swap(param->nWidth, param->nHeight);
+        param->nDstBufLen = static_cast<std::uint32_t>(bytes);
+        return MV_OK;
+    });
 }
 
 // ---- Test control. ----

@@ -21,6 +21,20 @@ namespace telvarra::sim::hikvision {
 
 namespace sdk = telvarra::hikvision;
 
+// A float feature node with its range (gain in dB, exposure time in microseconds).
+struct FloatFeature {
+    float min;
+    float max;
+    float current;
+};
+
+struct IntFeature {
+    std::uint32_t min;
+    std::uint32_t max;
+    std::uint32_t increment;
+    std::uint32_t current;
+};
+
 class Simulator {
   public:
     Simulator();  // loads the hikvision lines of the rig named by TELVARRA_SIM_RIG, if set
@@ -92,17 +106,6 @@ class Simulator {
     const char* lastError();
 
   private:
-    struct FloatFeature {
-        float min;
-        float max;
-        float current;
-    };
-    struct IntFeature {
-        std::uint32_t min;
-        std::uint32_t max;
-        std::uint32_t increment;
-        std::uint32_t current;
-    };
     struct Device {
         VirtualDevice model;
         std::uint32_t layer;
@@ -120,6 +123,12 @@ class Simulator {
     };
 
     std::optional<int> enter(const char* function, std::string arguments = {});
+    template <class Body>
+    int call(const char* function, std::string arguments, Body&& body);
+    template <class Body>
+    int onHandle(const char* function, std::string arguments, void* handle, Body&& body);
+    template <class Body>
+    int onDevice(const char* function, std::string arguments, void* handle, Body&& body);
     Device* findDevice(const std::string& id);
     Handle* findHandle(void* handle);
     // MV_OK with `device` set when `handle` has a live session; otherwise the status to return.
@@ -129,7 +138,7 @@ class Simulator {
     std::unique_ptr<sdk::MV_CC_DEVICE_INFO> makeRecord(const Device& device, std::size_t index);
     bool setFloatRange(const std::string& id, float min, float max, FloatFeature Device::*feature);
 
-    std::mutex m_mutex;
+    std::recursive_mutex m_mutex;  // setters record their value, then make the call
     bool m_initialized = false;
     std::vector<Device> m_devices;  // in rig order, which is enumeration order
     std::map<const void*, Handle> m_handles;

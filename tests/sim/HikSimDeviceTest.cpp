@@ -301,17 +301,6 @@ TEST_F(HikSimNodeTest, PixelFormatListsTheOfferedTypesAndIsReadOnlyWhileStreamin
     EXPECT_EQ(value.nSupportValue[0], PixelType_Gvsp_Mono8);
 }
 
-TEST_F(HikSimNodeTest, WidthAndHeightAreTheSensorSize) {
-    addDevice("id=N4 size=2448x2048");
-    void* handle = openDevice("N4");
-    MVCC_INTVALUE_EX width{}, height{};
-    ASSERT_EQ(sdk().MV_CC_GetIntValueEx(handle, "Width", &width), MV_OK);
-    ASSERT_EQ(sdk().MV_CC_GetIntValueEx(handle, "Height", &height), MV_OK);
-    EXPECT_EQ(width.nCurValue, 2448);
-    EXPECT_EQ(width.nMax, 2448);
-    EXPECT_EQ(height.nCurValue, 2048);
-}
-
 TEST_F(HikSimNodeTest, UnknownNodesAndClosedDevicesAreRefused) {
     addDevice("id=N5");
     void* closed = createHandle("N5");

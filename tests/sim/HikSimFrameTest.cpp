@@ -217,7 +217,7 @@ MV_CC_PIXEL_CONVERT_PARAM_EX convertParam(Bytes& in, std::uint32_t type, std::ui
     return param;
 }
 
-TEST_F(HikSimConvertTest, PackedFormatsBecomeRgbByRepeatSwapOrCopy) {
+TEST_F(HikSimConvertTest, ConvertsPackedFormatsAndRefusesWhatItCannot) {
     addDevice("id=V1");
     void* handle = createHandle("V1");  // conversion needs a handle, not an open device
     Bytes mono = {10, 20}, bgr = {1, 2, 3, 4, 5, 6}, out(6);
@@ -231,18 +231,13 @@ TEST_F(HikSimConvertTest, PackedFormatsBecomeRgbByRepeatSwapOrCopy) {
     ASSERT_EQ(sdk().MV_CC_ConvertPixelTypeEx(handle, &param), MV_OK);
     EXPECT_EQ(out, bgr);
     EXPECT_EQ(param.nDstLen, 6u);
-}
 
-TEST_F(HikSimConvertTest, RefusesShortBuffersAndFormatsItCannotConvert) {
-    addDevice("id=V2");
-    void* handle = createHandle("V2");
-    Bytes in(12, 1), out(11, 0xEE);
-    auto param = convertParam(in, PixelType_Gvsp_BayerRG8, 4, 3, out);
+    Bytes in(12, 1), small(11, 0xEE);
+    param = convertParam(in, PixelType_Gvsp_BayerRG8, 4, 3, small);
     param.nDstLen = 77;
     EXPECT_EQ(sdk().MV_CC_ConvertPixelTypeEx(handle, &param), MV_E_NOENOUGH_BUF);
     EXPECT_EQ(param.nDstLen, 77u);
-    EXPECT_EQ(out, Bytes(11, 0xEE));
-
+    EXPECT_EQ(small, Bytes(11, 0xEE));
     Bytes enough(36);
     param = convertParam(in, PixelType_Gvsp_BayerRG8, 4, 3, enough);
     param.nSrcDataLen = 11;
@@ -252,9 +247,7 @@ TEST_F(HikSimConvertTest, RefusesShortBuffersAndFormatsItCannotConvert) {
     param = convertParam(in, PixelType_Gvsp_BayerRG8, 4, 3, enough);
     param.enDstPixelType = PixelType_Gvsp_BGR8_Packed;
     EXPECT_EQ(sdk().MV_CC_ConvertPixelTypeEx(handle, &param), MV_E_SUPPORT);
-    param = convertParam(in, PixelType_Gvsp_BayerRG8, 4, 3, enough);
     EXPECT_EQ(sdk().MV_CC_ConvertPixelTypeEx(nullptr, &param), MV_E_HANDLE);
-    EXPECT_EQ(sdk().MV_CC_ConvertPixelTypeEx(handle, nullptr), MV_E_PARAMETER);
 }
 
 // ---- The SDK's mirror and rotation, on a 3 x 2 RGB image "a b c / d e f". ----
@@ -285,12 +278,9 @@ TEST_F(HikSimTransformTest, FlipsAndTurnsClockwiseIntoTheCallersBuffer) {
     ASSERT_EQ(sdk().MV_CC_FlipImage(handle, &flip), MV_OK);
     EXPECT_EQ(out, rgbPixels("cbafed"));
     EXPECT_EQ(flip.nDstBufLen, 18u);
-    flip.enFlipType = MV_FLIP_VERTICAL;
-    ASSERT_EQ(sdk().MV_CC_FlipImage(handle, &flip), MV_OK);
-    EXPECT_EQ(out, rgbPixels("defabc"));
 
     MV_CC_ROTATE_IMAGE_PARAM rotate{};
-    rotate.enPixelType = PixelType_Gvsp_RGB8_Packed;
+    rotate.enPixelType = PixelType_Gvsp_BGR8_Packed;
     rotate.nWidth = 3;
     rotate.nHeight = 2;
     rotate.pSrcData = image.data();
@@ -302,18 +292,7 @@ TEST_F(HikSimTransformTest, FlipsAndTurnsClockwiseIntoTheCallersBuffer) {
     EXPECT_EQ(out, rgbPixels("daebfc"));  // 2 wide: d a / e b / f c
     EXPECT_EQ(rotate.nWidth, 2u);
     EXPECT_EQ(rotate.nHeight, 3u);
-
-    rotate.nWidth = 3;
-    rotate.nHeight = 2;
-    rotate.enRotationAngle = MV_IMAGE_ROTATE_180;
-    ASSERT_EQ(sdk().MV_CC_RotateImage(handle, &rotate), MV_OK);
-    EXPECT_EQ(out, rgbPixels("fedcba"));
-    EXPECT_EQ(rotate.nWidth, 3u);
-
-    rotate.enRotationAngle = MV_IMAGE_ROTATE_270;
-    ASSERT_EQ(sdk().MV_CC_RotateImage(handle, &rotate), MV_OK);
-    EXPECT_EQ(out, rgbPixels("cfbead"));
-    EXPECT_EQ(rotate.nWidth, 2u);
+    EXPECT_EQ(rotate.nDstBufLen, 18u);
 }
 
 // The camera may turn a frame in software or through the SDK: both must agree.
@@ -380,9 +359,6 @@ TEST_F(HikSimTransformTest, RefusesOtherFormatsShortBuffersAndUnknownAngles) {
     flip.pDstBuf = out.data();
     flip.nDstBufSize = 6;
     flip.enFlipType = 3;
-    EXPECT_EQ(sdk().MV_CC_FlipImage(handle, &flip), MV_E_PARAMETER);
-    flip.enFlipType = MV_FLIP_VERTICAL;
-    flip.nSrcDataLen = 5;
     EXPECT_EQ(sdk().MV_CC_FlipImage(handle, &flip), MV_E_PARAMETER);
 }
 

@@ -1,5 +1,6 @@
-// The pieces every simulator shares: test pattern, demosaic and image operations, device model,
-// fault plan, lent buffers and the rig file.
+// The pieces every simulator shares that tests of a simulator cannot reach whole: test pattern,
+// demosaic and image operations, fault plan and the rig file. The device model, call log and
+// lent buffers are tested through the HikVision simulator.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -9,10 +10,8 @@
 
 #include "sim/common/CallLog.h"
 #include "sim/common/ImageOps.h"
-#include "sim/common/LentBuffers.h"
 #include "sim/common/Rig.h"
 #include "sim/common/TestPattern.h"
-#include "sim/common/VirtualDevice.h"
 
 using namespace telvarra::sim;
 
@@ -53,18 +52,6 @@ TEST(TestPatternTest, FollowsItsDocumentedFormula) {
     // blue at (1, 2), frame 100, seed 0x00FF0000: 2 + 10 + 700 + 255 = 967 = 0x3C7
     EXPECT_EQ(patternSample(0x00FF0000u, 100, 1, 2, kBlue), 0xC7);
     EXPECT_EQ(patternSample(5, 10, 20, 3, 3), 0);  // no fourth channel
-}
-
-TEST(TestPatternTest, MirrorsAndTranspositionsOfAFrameDiffer) {
-    constexpr std::uint32_t w = 24, h = 24;
-    Bytes frame(w * h);
-    renderFrame(PixelFormat::Mono8, 1, 3, w, h, frame.data());
-    Bytes mirrored(w * h), transposed(w * h);
-    flipHorizontal(frame.data(), w, h, 1, mirrored.data());
-    for (std::uint32_t y = 0; y < h; ++y)
-        for (std::uint32_t x = 0; x < w; ++x) transposed[x * w + y] = frame[y * w + x];
-    EXPECT_NE(frame, mirrored);
-    EXPECT_NE(frame, transposed);
 }
 
 TEST(TestPatternTest, RendersEachFormatFromThePatternInItsSampleOrder) {
@@ -155,18 +142,6 @@ TEST(DemosaicTest, RoundsHalvesUpAndGivesZeroForAColourTheWindowLacks) {
     EXPECT_EQ(out[3 + 1], 2);
 }
 
-TEST(ConvertTest, PackedFormatsReachRgbBySwapCopyOrRepeat) {
-    const Bytes bgr = {1, 2, 3, 4, 5, 6};
-    Bytes rgb(6);
-    convertToRgb8(PixelFormat::Bgr8, bgr.data(), 2, 1, rgb.data());
-    EXPECT_EQ(rgb, (Bytes{3, 2, 1, 6, 5, 4}));
-    convertToRgb8(PixelFormat::Rgb8, bgr.data(), 2, 1, rgb.data());
-    EXPECT_EQ(rgb, bgr);
-    const Bytes mono = {7, 9};
-    convertToRgb8(PixelFormat::Mono8, mono.data(), 2, 1, rgb.data());
-    EXPECT_EQ(rgb, (Bytes{7, 7, 7, 9, 9, 9}));
-}
-
 // ---- Mirror and rotation: a 3 x 2 image "abc / def", one byte per pixel, then three. ----
 
 TEST(ImageOpsTest, MirrorsAndTurnsClockwise) {
@@ -184,82 +159,7 @@ TEST(ImageOpsTest, MirrorsAndTurnsClockwise) {
     EXPECT_EQ(std::string(out.begin(), out.end()), "cfbead");  // cf / be / ad
 }
 
-TEST(ImageOpsTest, MovesMultiBytePixelsWhole) {
-    const Bytes image = {1, 2, 3, 4, 5, 6};  // two RGB pixels in a row
-    Bytes out(6);
-    flipHorizontal(image.data(), 2, 1, 3, out.data());
-    EXPECT_EQ(out, (Bytes{4, 5, 6, 1, 2, 3}));
-    rotateClockwise(image.data(), 2, 1, 3, 1, out.data());  // a column: first pixel on top
-    EXPECT_EQ(out, image);
-    rotateClockwise(image.data(), 2, 1, 3, 3, out.data());
-    EXPECT_EQ(out, (Bytes{4, 5, 6, 1, 2, 3}));
-}
-
-// ---- Device model. ----
-
-DeviceDescription camera(const std::string& id, PixelFormat format = PixelFormat::Mono8) {
-    DeviceDescription description;
-    description.make = "hikvision";
-    description.id = id;
-    description.width = 4;
-    description.height = 2;
-    description.format = format;
-    description.seed = seedFromId(id);
-    return description;
-}
-
-TEST(VirtualDeviceTest, OneSessionAtATimeAndUnplugEndsIt) {
-    VirtualDevice device(camera("A"));
-    int first = 0, second = 0;
-    EXPECT_TRUE(device.open(&first));
-    EXPECT_FALSE(device.open(&second));
-    EXPECT_TRUE(device.isOpenBy(&first));
-    device.setGrabbing(true);
-
-    device.unplug();
-    EXPECT_FALSE(device.isOpenBy(&first));
-    EXPECT_FALSE(device.grabbing());
-    EXPECT_FALSE(device.open(&second));  // nothing to open while unplugged
-
-    device.replug();
-    EXPECT_FALSE(device.isOpenBy(&first));  // the old session stays dead
-    device.close(&first);                   // and closing it does not disturb anyone
-    EXPECT_TRUE(device.open(&second));
-    device.close(&first);
-    EXPECT_TRUE(device.isOpenBy(&second));
-}
-
-TEST(VirtualDeviceTest, FramesAreNumberedPerSessionAndShowThePattern) {
-    VirtualDevice device(camera("B", PixelFormat::BayerGB8));
-    int owner = 0;
-    ASSERT_TRUE(device.open(&owner));
-    device.nextFrame();
-    const DeviceFrame second = device.nextFrame();
-    EXPECT_EQ(second.number, 2u);
-    EXPECT_EQ(second.timestampMicroseconds, 2 * VirtualDevice::kFramePeriodMicroseconds);
-    Bytes expected(8);
-    renderFrame(PixelFormat::BayerGB8, seedFromId("B"), 2, 4, 2, expected.data());
-    EXPECT_EQ(second.data, expected);
-
-    device.close(&owner);
-    ASSERT_TRUE(device.open(&owner));
-    EXPECT_EQ(device.nextFrame().number, 1u);
-}
-
-TEST(VirtualDeviceTest, SwitchesOnlyToOfferedFormats) {
-    VirtualDevice bayer(camera("C", PixelFormat::BayerRG8));
-    EXPECT_EQ(bayer.description().supportedFormats,
-              (std::vector<PixelFormat>{PixelFormat::BayerRG8, PixelFormat::Mono8,
-                                        PixelFormat::Rgb8, PixelFormat::Bgr8}));
-    EXPECT_TRUE(bayer.setFormat(PixelFormat::Rgb8));
-    EXPECT_FALSE(bayer.setFormat(PixelFormat::BayerBG8));
-    EXPECT_EQ(bayer.format(), PixelFormat::Rgb8);
-
-    VirtualDevice mono(camera("D"));
-    EXPECT_FALSE(mono.setFormat(PixelFormat::Rgb8));
-}
-
-// ---- Fault plan and call log. ----
+// ---- Fault plan. ----
 
 TEST(FaultPlanTest, FailsTheNthCallFromNowOnceAndEveryCallWhenAskedUntilCleared) {
     FaultPlan plan;
@@ -276,45 +176,13 @@ TEST(FaultPlanTest, FailsTheNthCallFromNowOnceAndEveryCallWhenAskedUntilCleared)
     EXPECT_EQ(plan.check("Grab"), -7);
     plan.clear();
     EXPECT_EQ(plan.check("Grab"), std::nullopt);
-}
 
-TEST(FaultPlanTest, PlansForOneFunctionCountDownTogether) {
-    FaultPlan plan;
+    // Plans for one function count down together.
     plan.failOnCall("F", -1, 1);
     plan.failOnCall("F", -2, 2);
     EXPECT_EQ(plan.check("F"), -1);
     EXPECT_EQ(plan.check("F"), -2);
     EXPECT_EQ(plan.check("F"), std::nullopt);
-}
-
-TEST(CallLogTest, CountsCallsAndKeepsTheLastArguments) {
-    CallLog log;
-    EXPECT_EQ(log.count("F"), 0u);
-    EXPECT_EQ(log.lastArguments("F"), std::nullopt);
-    log.record("F", "1, 2");
-    log.record("F", "3");
-    EXPECT_EQ(log.count("F"), 2u);
-    EXPECT_EQ(log.lastArguments("F"), "3");
-    log.clear();
-    EXPECT_EQ(log.count("F"), 0u);
-}
-
-TEST(LentBuffersTest, OnlyTheBorrowerGivesABufferBackAndTheRestStaysOutstanding) {
-    LentBuffers lent;
-    int first = 0, second = 0;
-    std::uint8_t* a = lent.lend(&first, Bytes{1, 2, 3});
-    std::uint8_t* b = lent.lend(&first, Bytes{});
-    std::uint8_t* c = lent.lend(&second, Bytes{4});
-    EXPECT_EQ(a[2], 3);
-    EXPECT_NE(b, nullptr);
-    EXPECT_EQ(lent.outstanding(), 3u);
-    EXPECT_EQ(lent.outstanding(&first), 2u);
-
-    EXPECT_FALSE(lent.giveBack(&second, a));
-    EXPECT_TRUE(lent.giveBack(&first, a));
-    EXPECT_FALSE(lent.giveBack(&first, a));  // already back
-    EXPECT_TRUE(lent.giveBack(&second, c));
-    EXPECT_EQ(lent.outstanding(), 1u);
 }
 
 // ---- Rig file. ----
