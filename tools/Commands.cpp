@@ -1,0 +1,329 @@
+#include "Commands.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <iomanip>
+#include <system_error>
+
+#include "CliError.h"
+#include "PngWriter.h"
+#include "Progress.h"
+#include "Session.h"
+#include "Terminal.h"
+
+namespace telvarra::cli {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// A grab gives up when this many frames in a row fail: the camera has stopped delivering.
+constexpr int kFailuresInARowToGiveUp = 5;
+constexpr int kLabelWidth = 16;
+
+void printRow(std::ostream& out, const std::vector<std::string>& cells,
+              const std::vector<std::size_t>& widths) {
+    std::string line;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        line += cells[i];
+        if (i + 1 < cells.size()) line += std::string(widths[i] - cells[i].size() + 2, ' ');
+    }
+    out << line << '\n';
+}
+
+void printField(std::ostream& out, const std::string& label, const std::string& value) {
+    out << "  " << std::left << std::setw(kLabelWidth) << label << value << '\n';
+}
+
+std::string sizeText(int width, int height) {
+    return std::to_string(width) + " x " + std::to_string(height);
+}
+
+std::string makeName(Ruvo_CameraType type) {
+    const Make* make = makeOfType(type);
+    return make ? make->name : "type " + std::to_string(static_cast<int>(type));
+}
+
+std::string formatsText(const _RUVO_IMAGE_FORMAT_LIST& formats) {
+    std::string text;
+    const uint32_t count = std::min<uint32_t>(formats.count, RUVO_MAX_IMAGE_FORMATS);
+    for (uint32_t i = 0; i < count; ++i) {
+        text += (text.empty() ? "" : ", ") + formatName(formats.formats[i]);
+    }
+    return text.empty() ? "none listed" : text;
+}
+
+const Control& requireControlValue(const std::string& name, const std::string& value, int& parsed) {
+    const Control* control = findControl(name);
+    const std::optional<int> number = parseValue(*control, value);
+    if (!number) {
+        throw CliError(kExitUsage, name + " takes " + valuesAccepted(*control) + ", not '" +
+                                       value + "'");
+    }
+    parsed = *number;
+    return *control;
+}
+
+// Writes the setting, then reads it back where the library can: what the camera took.
+std::string applySetting(Session& session, const Control& control, int value) {
+    if (!control.write(session.library(), session.id(), value)) {
+        std::string message = std::string("camera '") + session.id() + "' refused " +
+                              control.name + " " + valueText(control, value);
+        if (control.kind == ValueKind::Format) {
+            message += " (it offers: " +
+                       formatsText(session.library().getSupportedImageFormats(session.id())) + ")";
+        }
+        throw CliError(kExitFailed, message);
+    }
+    int current = value;
+    if (control.read && !control.read(session.library(), session.id(), current)) {
+        throw CliError(kExitFailed, std::string("camera '") + session.id() +
+                                        "' did not report " + control.name + " back");
+    }
+    return valueText(control, current);
+}
+
+// Controls that live in the camera object rather than the device end with the program.
+bool lastsForSessionOnly(const Control& control) {
+    const std::string name = control.name;
+    return name == "hmirror" || name == "vmirror" || name == "rotate" || name == "zoom";
+}
+
+std::string fixedRate(double value) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.1f", value);
+    return text;
+}
+
+}  // namespace
+
+int runList(const CommonOptions& common, std::ostream& out) {
+    Session session(common.verbosity);
+    const std::vector<MakeStatus>& makes = session.startMakes(common.type);
+
+    const std::vector<std::string> header = {"ID", "MAKE", "MODEL", "DISPLAY NAME"};
+    std::vector<std::vector<std::string>> rows;
+    std::vector<std::size_t> cameraCounts;
+    for (const MakeStatus& status : makes) {
+        std::size_t count = 0;
+        if (status.state == MakeState::Ready) {
+            for (const DeviceInfo& device : session.cameras(status.make->type)) {
+                rows.push_back({recordText(device.cameraId), status.make->name,
+                                recordText(device.modelName), recordText(device.displayName)});
+                ++count;
+            }
+        }
+        cameraCounts.push_back(count);
+    }
+
+    if (rows.empty()) {
+        out << "No cameras found.\n";
+    } else {
+        std::vector<std::size_t> widths(header.size());
+        for (std::size_t i = 0; i < header.size(); ++i) {
+            widths[i] = header[i].size();
+            for (const auto& row : rows) widths[i] = std::max(widths[i], row[i].size());
+        }
+        printRow(out, header, widths);
+        for (const auto& row : rows) printRow(out, row, widths);
+    }
+
+    out << "\nMakes:\n";
+    bool anyReady = false;
+    for (std::size_t i = 0; i < makes.size(); ++i) {
+        const MakeStatus& status = makes[i];
+        std::string state;
+        if (status.state == MakeState::Ready) {
+            anyReady = true;
+            state = "ready, " + std::to_string(cameraCounts[i]) +
+                    (cameraCounts[i] == 1 ? " camera" : " cameras");
+        } else {
+            state = "not available: " + describe(status.state);
+        }
+        printField(out, status.make->name, state);
+    }
+    out << std::flush;
+    return anyReady ? kExitOk : kExitMakeUnavailable;
+}
+
+int runInfo(const CommonOptions& common, const std::string& id, std::ostream& out) {
+    Session session(common.verbosity);
+    const DeviceInfo device = session.open(id, common.type);
+    CameraPublicInterface& library = session.library();
+    int exitCode = kExitOk;
+
+    out << recordText(device.cameraId) << '\n';
+    printField(out, "make", makeName(device.cameraType));
+    printField(out, "vendor", recordText(device.vendorName));
+    printField(out, "serial number", recordText(device.serialNumber));
+    printField(out, "model", recordText(device.modelName));
+    printField(out, "display name", recordText(device.displayName));
+    printField(out, "user name", recordText(device.userDefinedName));
+    printField(out, "maximum size", device.maxWidth > 0 && device.maxHeight > 0
+                                        ? sizeText(device.maxWidth, device.maxHeight)
+                                        : "not reported");
+    printField(out, "formats", formatsText(library.getSupportedImageFormats(session.id())));
+    int width = 0;
+    int height = 0;
+    printField(out, "image size", library.getImageSize(session.id(), width, height)
+                                      ? sizeText(width, height)
+                                      : "not reported");
+
+    // One frame shows what the camera really delivers, and that it delivers at all.
+    ImageData frame{};
+    if (library.startCapture(session.id()) && library.getCurrentFrame(session.id(), frame, 0)) {
+        printField(out, "frame", sizeText(frame.width, frame.height) + ", " +
+                                     std::to_string(frame.channels) +
+                                     (frame.channels == 1 ? " channel" : " channels") +
+                                     ", format " + formatName(frame.format));
+    } else {
+        printField(out, "frame", "none: the camera delivered no frame");
+        exitCode = kExitFailed;
+    }
+    library.stopCapture(session.id());
+
+    out << "controls\n";
+    for (const Control& control : controls()) {
+        int value = 0;
+        if (!control.read) {
+            printField(out, control.name, "not readable");
+        } else if (control.read(library, session.id(), value)) {
+            printField(out, control.name, valueText(control, value));
+        } else {
+            printField(out, control.name, "failed to read");
+            exitCode = kExitFailed;
+        }
+    }
+    out << std::flush;
+    return exitCode;
+}
+
+int runGrab(const CommonOptions& common, const GrabOptions& grab, std::ostream& out,
+            std::ostream& err) {
+    Session session(common.verbosity);
+    session.open(grab.id, common.type);
+    CameraPublicInterface& library = session.library();
+
+    if (!grab.settings.empty()) {
+        std::string applied;
+        for (const auto& [control, value] : grab.settings) {
+            applied += std::string(applied.empty() ? "" : ", ") + control->name + " " +
+                       applySetting(session, *control, value);
+        }
+        out << grab.id << ": " << applied << '\n' << std::flush;
+    }
+
+    const fs::path directory = fs::absolute(fs::path(grab.outputDirectory)).lexically_normal();
+    std::error_code error;
+    fs::create_directories(directory, error);
+    if (error || !fs::is_directory(directory)) {
+        throw CliError(kExitFailed, "cannot create the folder " + directory.string() + ": " +
+                                        (error ? error.message() : "not a folder"));
+    }
+    if (!library.startCapture(session.id())) {
+        throw CliError(kExitFailed, "camera '" + grab.id + "' would not start capturing");
+    }
+
+    const std::string baseName = fileNameSafe(grab.id);
+    const int digits = std::max<int>(4, static_cast<int>(std::to_string(grab.count).size()));
+    const auto start = std::chrono::steady_clock::now();
+    const auto rate = [&](int frames) {
+        const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+        return elapsed.count() > 0 ? frames / elapsed.count() : 0.0;
+    };
+
+    int written = 0;
+    int failed = 0;
+    int failedInARow = 0;
+    std::string lastError;
+    std::string firstName;
+    std::string lastName;
+    {
+        ProgressBar progress(err, standardErrorIsTerminal(), grab.id, grab.count);
+        for (int index = 1; index <= grab.count; ++index) {
+            ImageData frame{};
+            std::string name = std::to_string(index);
+            name = baseName + "-" + std::string(digits - name.size(), '0') + name + ".png";
+            std::string problem;
+            if (!library.getCurrentFrame(session.id(), frame, 0)) {
+                problem = "the camera delivered no frame";
+            } else if (writePng(directory / name, frame, problem)) {
+                ++written;
+                failedInARow = 0;
+                if (firstName.empty()) firstName = name;
+                lastName = name;
+            }
+            if (!problem.empty()) {
+                ++failed;
+                lastError = problem;
+            }
+            progress.update(index, failed, rate(written));
+            if (!problem.empty() && ++failedInARow == kFailuresInARowToGiveUp) break;
+        }
+    }
+    library.stopCapture(session.id());
+
+    if (failedInARow == kFailuresInARowToGiveUp && written + failed < grab.count) {
+        err << "telvarra: gave up after " << kFailuresInARowToGiveUp
+            << " frames in a row failed\n";
+    }
+    std::string files;
+    if (written == 1) files = " (" + firstName + ")";
+    if (written > 1) files = " (" + firstName + " .. " + lastName + ")";
+    out << grab.id << ": " << written << (written == 1 ? " frame" : " frames") << " written to "
+        << directory.string() << files << ", " << failed << " failed, "
+        << fixedRate(rate(written)) << " frames/s" << std::endl;
+    if (failed > 0) err << "telvarra: last failure: " << lastError << '\n';
+    return written == grab.count ? kExitOk : kExitFailed;
+}
+
+int runGet(const CommonOptions& common, const std::string& id, const std::string& name,
+           std::ostream& out) {
+    const Control* control = findControl(name);
+    if (control && !control->read) {
+        throw CliError(kExitUsage, name + " cannot be read back from a camera");
+    }
+    Session session(common.verbosity);
+    session.open(id, common.type);
+    if (control) {
+        int value = 0;
+        if (!control->read(session.library(), session.id(), value)) {
+            throw CliError(kExitFailed, "camera '" + id + "' did not report " + name);
+        }
+        out << valueText(*control, value) << std::endl;
+        return kExitOk;
+    }
+    char* value = nullptr;
+    if (!session.library().getCameraParameter(session.id(), name.c_str(), &value) || !value) {
+        throw CliError(kExitFailed, "camera '" + id + "' did not report parameter " + name);
+    }
+    out << value << std::endl;
+    return kExitOk;
+}
+
+int runSet(const CommonOptions& common, const std::string& id, const std::string& name,
+           const std::string& value, std::ostream& out, std::ostream& err) {
+    int parsed = 0;
+    const Control* control =
+        findControl(name) ? &requireControlValue(name, value, parsed) : nullptr;
+    Session session(common.verbosity);
+    session.open(id, common.type);
+    if (control) {
+        out << name << " " << applySetting(session, *control, parsed) << std::endl;
+        if (lastsForSessionOnly(*control)) {
+            err << "telvarra: note: " << name
+                << " lasts only while a program has the camera open; grab's options apply it"
+                   " to saved frames\n";
+        }
+        return kExitOk;
+    }
+    if (!session.library().setCameraParameter(session.id(), name.c_str(), value.c_str())) {
+        throw CliError(kExitFailed, "camera '" + id + "' refused parameter " + name + " = " + value);
+    }
+    out << name << " " << value << std::endl;
+    return kExitOk;
+}
+
+}  // namespace telvarra::cli
