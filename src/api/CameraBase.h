@@ -46,6 +46,11 @@ protected:
     std::atomic<Ruvo_ImageFormat> m_imageFormat{RUVO_FORMAT_MONO8};
     int32_t m_width = 0;
     int32_t m_height = 0;
+
+    // Stored for the host; the makes that pull frames on demand never call it.
+    FrameCallback m_frameCallback = nullptr;
+    void* m_frameCallbackUser = nullptr;
+    int32_t m_reconnectIntervalMs = 0;
 };
 
 }  // namespace telvarra

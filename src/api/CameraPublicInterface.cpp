@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "api/Records.h"
+#include "drivers/hikvision/HikVisionDriver.h"
 #include "telvarra/CameraFactory.h"
 
 namespace {
@@ -27,7 +28,11 @@ std::string text(const char* value) { return value ? value : ""; }
 
 CameraPublicInterface* CameraPublicInterface::s_instance = nullptr;
 
-CameraPublicInterface::CameraPublicInterface() : m_manager(std::make_unique<CameraManager>()) {}
+// The one place that names the drivers: their registry keys are fixed (MindVision 1, HikVision 2,
+// Dvp 3, DaHeng 4, Canon 5) and each make joins the list as it is built.
+CameraPublicInterface::CameraPublicInterface() : m_manager(std::make_unique<CameraManager>()) {
+    registerStandardDriver<telvarra::hikvision::HikVisionDriver>(RUVO_CAMERA_HIKVISION);
+}
 
 CameraPublicInterface::~CameraPublicInterface() = default;
 

@@ -6,6 +6,7 @@
 #include "support/CurrentDirectory.h"
 #include "support/FakeRegistry.h"
 #include "support/LogCapture.h"
+#include "telvarra/CameraFactory.h"
 #include "telvarra/CameraPublicInterface.h"
 
 using namespace telvarra::test;
@@ -420,6 +421,20 @@ TEST_F(FacadeTest, NullAndOverlongInputsAreRefusedWithoutHarm) {
     }
     openCam();
     EXPECT_TRUE(facade->isCameraConnected("cam"));
+}
+
+TEST(FacadeLifecycleTest, LaterFacadesFindTheirDriversAlreadyRegistered) {
+    CameraPublicInterface::getInstance();
+    ICameraDriver* hikVision = CameraFactory::getInstance().getDriver(RUVO_CAMERA_HIKVISION);
+    ASSERT_NE(hikVision, nullptr);
+    EXPECT_EQ(hikVision->getDriverType(), RUVO_CAMERA_HIKVISION);
+    CameraPublicInterface::releaseInstance();
+
+    LogCapture log;
+    CameraPublicInterface::getInstance();
+    EXPECT_TRUE(log.contains("WARNING", "Driver already registered for type: 2"));
+    EXPECT_EQ(CameraFactory::getInstance().getDriver(RUVO_CAMERA_HIKVISION), hikVision);
+    CameraPublicInterface::releaseInstance();
 }
 
 TEST(FacadeLifecycleTest, ReleasingWithoutAnInstanceDoesNothingAndANewInstanceIsFresh) {

@@ -47,6 +47,32 @@ TEST_F(FlatEntryTest, NullPointersAreRefusedSilently) {
     EXPECT_TRUE(CameraPublicInterface::getInstance()->isCameraConnected("cam"));
 }
 
+// Building a facade registers the standard drivers again, which the process-wide registry
+// refuses with a warning: the one visible trace of a construction.
+bool facadeWasBuilt(const LogCapture& log) {
+    return log.contains("WARNING", "Driver already registered for type: 2");
+}
+
+TEST_F(FlatEntryTest, RefusedFrameCallsBuildNoFacade) {
+    CreateCameraManager();  // the registry is filled once
+    CleanupCameraSystem();
+    {
+        LogCapture quiet;
+        ImageData image{};
+        unsigned char buffer[4];
+        EXPECT_FALSE(GetCurrentFrame(nullptr, &image));
+        EXPECT_FALSE(GetCurrentFrame("cam", nullptr));
+        EXPECT_FALSE(GetCurrentFrameToBuffer("cam", buffer, 4, nullptr));
+        ReleaseImageData(nullptr);
+        DestroyCameraManager(nullptr);
+        EXPECT_FALSE(facadeWasBuilt(quiet));
+    }
+    LogCapture built;
+    ImageData image{};
+    ReleaseImageData(&image);  // creates the facade as a side effect
+    EXPECT_TRUE(facadeWasBuilt(built));
+}
+
 TEST_F(FlatEntryTest, FramesGoThroughTheSingletonWithATrailingZero) {
     FakeCamera& camera = openAndStart();
     ImageData image{};

@@ -1,0 +1,73 @@
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "api/DigitalZoom.h"
+#include "api/PercentMapping.h"
+
+namespace {
+
+using telvarra::percentToRange;
+using telvarra::rangeToPercent;
+using telvarra::zoomWindow;
+
+TEST(PercentMappingTest, PercentIsClampedThenMappedOntoTheRange) {
+    EXPECT_DOUBLE_EQ(percentToRange(25, 2.0, 22.0), 7.0);
+    EXPECT_DOUBLE_EQ(percentToRange(-10, 2.0, 22.0), 2.0);
+    EXPECT_DOUBLE_EQ(percentToRange(250, 2.0, 22.0), 22.0);
+    EXPECT_DOUBLE_EQ(percentToRange(50, 5.0, 5.0), 5.0);
+}
+
+TEST(PercentMappingTest, RangeBackToPercentTruncatesClampsAndSurvivesAnEmptyRange) {
+    EXPECT_EQ(rangeToPercent(7.0, 2.0, 22.0), 25);
+    EXPECT_EQ(rangeToPercent(7.9, 2.0, 22.0), 29);  // 29.5 truncated
+    EXPECT_EQ(rangeToPercent(-3.0, 2.0, 22.0), 0);
+    EXPECT_EQ(rangeToPercent(99.0, 2.0, 22.0), 100);
+    EXPECT_EQ(rangeToPercent(5.0, 5.0, 5.0), 0);
+    EXPECT_EQ(rangeToPercent(6.0, 9.0, 5.0), 0);
+    // Double arithmetic then truncation: 290 / 1000 * 100 is 28.999..., so 29 % reads back 28.
+    EXPECT_EQ(rangeToPercent(percentToRange(29, 0, 1000), 0, 1000), 28);
+}
+
+TEST(DigitalZoomTest, WindowsAreCentredWithTheFramesAspect) {
+    const auto first = zoomWindow(1, 1280, 1024);
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first->width, 640);
+    EXPECT_EQ(first->height, 512);
+    EXPECT_EQ(first->left, 320);
+    EXPECT_EQ(first->top, 256);
+    const auto second = zoomWindow(2, 2448, 2048);
+    ASSERT_TRUE(second);
+    EXPECT_EQ(second->width, 320);
+    EXPECT_EQ(second->height, 267);  // trunc(2048 / 2448 * 320)
+    EXPECT_EQ(second->left, 1064);
+    EXPECT_EQ(second->top, 1024 - 133);
+}
+
+TEST(DigitalZoomTest, FramesWithoutRoomForTheWindowAreRefused) {
+    EXPECT_FALSE(zoomWindow(1, 319, 1000));
+    EXPECT_FALSE(zoomWindow(2, 1000, 319));
+    EXPECT_FALSE(zoomWindow(1, 639, 480));  // the 640-pixel window does not fit
+    EXPECT_TRUE(zoomWindow(2, 320, 320));
+    EXPECT_TRUE(zoomWindow(1, 640, 480));
+    EXPECT_FALSE(zoomWindow(0, 1280, 1024));
+    EXPECT_FALSE(zoomWindow(3, 1280, 1024));
+}
+
+TEST(DigitalZoomTest, CropMovesTheWindowRowsToTheStart) {
+    constexpr int width = 700, height = 400, channels = 3;
+    std::vector<unsigned char> frame(width * height * channels);
+    for (std::size_t i = 0; i < frame.size(); ++i) frame[i] = static_cast<unsigned char>(i % 251);
+    const std::vector<unsigned char> original = frame;
+    const auto window = zoomWindow(1, width, height);
+    ASSERT_TRUE(window);
+    telvarra::cropToWindow(frame.data(), width, channels, *window);
+    for (int row = 0; row < window->height; ++row) {
+        for (int x = 0; x < window->width * channels; ++x) {
+            const auto source = ((window->top + row) * width + window->left) * channels + x;
+            ASSERT_EQ(frame[row * window->width * channels + x], original[source]);
+        }
+    }
+}
+
+}  // namespace
