@@ -1,0 +1,434 @@
+// The telvarra program as a user runs it: built, started as a process of its own on the HikVision
+// SDK simulator with a rig file written here, judged by what it prints, returns and saves.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <regex>
+#include <set>
+
+#include "support/CurrentDirectory.h"
+#include "support/TempDir.h"
+#include "tools/Images.h"
+#include "tools/RunProgram.h"
+
+namespace telvarra::test {
+namespace {
+
+namespace fs = std::filesystem;
+using sim::PixelFormat;
+
+// A colour camera with a Bayer sensor, a mono camera of another aspect ratio, and one too small
+// for the digital zoom.
+constexpr char kRig[] =
+    "hikvision id=TCOL01 user=\"Bench colour\" model=MV-TEST-C layer=usb3 size=800x600 "
+    "format=bayer_rg8 seed=12345\n"
+    "hikvision id=TMON01 model=MV-TEST-M size=700x500 format=mono8 seed=777\n"
+    "hikvision id=TTINY1 size=200x150 format=mono8 seed=5\n";
+
+struct RigCamera {
+    PixelFormat sensor;
+    std::uint32_t seed, width, height;
+};
+const std::map<std::string, RigCamera> kCameras = {
+    {"TCOL01", {PixelFormat::BayerRG8, 12345, 800, 600}},
+    {"TMON01", {PixelFormat::Mono8, 777, 700, 500}},
+};
+
+Image plainFrame(const std::string& id, std::uint32_t frame) {
+    const RigCamera& camera = kCameras.at(id);
+    return cameraFrame(camera.sensor, camera.seed, frame, camera.width, camera.height);
+}
+
+Image frameAs(const std::string& id, PixelFormat delivered, std::uint32_t frame) {
+    const RigCamera& camera = kCameras.at(id);
+    return cameraFrame(delivered, camera.seed, frame, camera.width, camera.height);
+}
+
+::testing::AssertionResult contains(const std::string& text, const std::string& part) {
+    if (text.find(part) != std::string::npos) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << "'" << part << "' is not in:\n" << text;
+}
+
+std::vector<std::string> lines(const std::string& text) {
+    std::vector<std::string> result;
+    std::string line;
+    for (char c : text) {
+        if (c == '\n') {
+            result.push_back(line);
+            line.clear();
+        } else {
+            line += c;
+        }
+    }
+    if (!line.empty()) result.push_back(line);
+    return result;
+}
+
+// A table row split at runs of two or more blanks: single blanks stay inside a cell.
+std::vector<std::string> cells(const std::string& line) {
+    static const std::regex separator(" {2,}");
+    std::vector<std::string> result;
+    std::string trimmed = line.substr(std::min(line.find_first_not_of(' '), line.size()));
+    for (std::sregex_token_iterator it(trimmed.begin(), trimmed.end(), separator, -1), end;
+         it != end; ++it) {
+        result.push_back(*it);
+    }
+    return result;
+}
+
+// "label   value" lines of list's makes and info's fields.
+std::map<std::string, std::string> fields(const std::string& text) {
+    std::map<std::string, std::string> result;
+    for (const std::string& line : lines(text)) {
+        const std::vector<std::string> parts = cells(line);
+        if (line.rfind("  ", 0) == 0 && parts.size() == 2) result[parts[0]] = parts[1];
+    }
+    return result;
+}
+
+std::set<std::string> filesIn(const fs::path& directory) {
+    std::set<std::string> names;
+    if (!fs::is_directory(directory)) return names;
+    for (const auto& entry : fs::directory_iterator(directory)) {
+        names.insert(entry.path().filename().string());
+    }
+    return names;
+}
+
+class CliTest : public ::testing::Test {
+protected:
+    CliTest() { writeFile(m_rigFile, kRig); }
+
+    ProgramRun telvarra(const std::vector<std::string>& arguments,
+                        const std::string& program = TELVARRA_CLI) {
+        ProgramRun run = runProgram(program, arguments, m_scratch.path());
+        // Windows writes text with CR LF.
+        for (std::string* text : {&run.out, &run.err}) {
+            text->erase(std::remove(text->begin(), text->end(), '\r'), text->end());
+        }
+        return run;
+    }
+
+    fs::path output() const { return fs::current_path() / "out"; }
+
+    void expectPicture(const std::string& name, const Image& expected) {
+        std::string problem;
+        const Image saved = readPng((output() / name).string(), problem);
+        ASSERT_TRUE(problem.empty()) << name << ": " << problem;
+        EXPECT_EQ(difference(saved, expected), "") << name;
+    }
+
+    InTempDirectory m_directory;  // configuration files the library writes land here
+    TempDir m_scratch;
+    std::string m_rigFile = m_scratch.file("cameras.rig");
+    ScopedEnvironment m_rig{"TELVARRA_SIM_RIG", m_rigFile};
+};
+
+// ---- list and info
+
+TEST_F(CliTest, ListShowsEveryCameraOfTheRigAndEveryMakesState) {
+    const ProgramRun run = telvarra({"list"});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(run.err, "");
+    EXPECT_FALSE(contains(run.out, "[INFO]")) << "the library's log stays quiet";
+
+    const std::vector<std::string> text = lines(run.out);
+    ASSERT_GE(text.size(), 4u) << run.out;
+    EXPECT_EQ(cells(text[0]), (std::vector<std::string>{"ID", "MAKE", "MODEL", "DISPLAY NAME"}));
+    std::map<std::string, std::vector<std::string>> rows;
+    for (std::size_t i = 1; i < text.size() && !text[i].empty(); ++i) {
+        const std::vector<std::string> row = cells(text[i]);
+        ASSERT_EQ(row.size(), 4u) << text[i];
+        rows[row[0]] = row;
+    }
+    ASSERT_EQ(rows.size(), 3u) << run.out;
+    EXPECT_EQ(rows["TCOL01"][1], "HikVision");
+    EXPECT_EQ(rows["TCOL01"][3], "Bench colour");
+    EXPECT_EQ(rows["TMON01"][3], "MV-TEST-M (TMON01)");
+    EXPECT_EQ(rows.count("TTINY1"), 1u);
+
+    const auto makes = fields(run.out);
+    EXPECT_EQ(makes.at("HikVision"), "ready, 3 cameras");
+    for (const char* missing : {"MindVision", "Dvp", "DaHeng", "Canon"}) {
+        EXPECT_TRUE(contains(makes.at(missing), "not available")) << missing;
+    }
+}
+
+TEST_F(CliTest, ListOfOneMakeWithAnEmptyRigSaysSo) {
+    writeFile(m_rigFile, "# no cameras today\n");
+    const ProgramRun run = telvarra({"list", "--type", "HikVision"});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_TRUE(contains(run.out, "No cameras found."));
+    const auto makes = fields(run.out);
+    EXPECT_EQ(makes.size(), 1u) << run.out;
+    EXPECT_EQ(makes.at("HikVision"), "ready, 0 cameras");
+}
+
+TEST_F(CliTest, VerboseShowsTheLibrarysLog) {
+    const ProgramRun run = telvarra({"list", "--verbose"});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_TRUE(contains(run.out, "[INFO] Initialized driver: HikVision"));
+}
+
+TEST_F(CliTest, InfoShowsTheRecordFormatsOneFrameAndEveryControl) {
+    const ProgramRun run = telvarra({"info", "TCOL01"});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    const auto shown = fields(run.out);
+    EXPECT_EQ(shown.at("make"), "HikVision");
+    EXPECT_EQ(shown.at("serial number"), "TCOL01");
+    EXPECT_EQ(shown.at("user name"), "Bench colour");
+    EXPECT_EQ(shown.at("formats"), "mono8, rgb8, bgr8");
+    EXPECT_EQ(shown.at("frame"), "800 x 600, 3 channels, format unknown");
+    EXPECT_EQ(shown.at("hmirror"), "off");
+    EXPECT_EQ(shown.at("rotate"), "0");
+    for (const char* control : {"format", "vmirror", "zoom", "auto-exposure", "exposure", "gain",
+                                "brightness"}) {
+        EXPECT_EQ(shown.count(control), 1u) << control;
+    }
+}
+
+// ---- grab
+
+TEST_F(CliTest, GrabWritesCountPicturesOfSuccessiveFrames) {
+    const ProgramRun run = telvarra({"grab", "TCOL01", "-n", "3", "-o", "out"});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(filesIn(output()),
+              (std::set<std::string>{"TCOL01-0001.png", "TCOL01-0002.png", "TCOL01-0003.png"}));
+    for (std::uint32_t frame = 1; frame <= 3; ++frame) {
+        expectPicture("TCOL01-000" + std::to_string(frame) + ".png", plainFrame("TCOL01", frame));
+    }
+    EXPECT_TRUE(contains(run.out, "TCOL01: 3 frames written to "));
+    EXPECT_TRUE(contains(run.out, ", 0 failed, "));
+    EXPECT_TRUE(contains(run.out, " frames/s"));
+    EXPECT_EQ(run.err, "") << "no progress bar when standard error is a file";
+}
+
+TEST_F(CliTest, GrabWithoutOptionsSavesOneGreyPictureHere) {
+    const ProgramRun run = telvarra({"grab", "TMON01"});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    std::string problem;
+    const Image saved = readPng((fs::current_path() / "TMON01-0001.png").string(), problem);
+    ASSERT_TRUE(problem.empty()) << problem;
+    EXPECT_EQ(difference(saved, plainFrame("TMON01", 1)), "");
+    EXPECT_FALSE(fs::exists(fs::current_path() / "TMON01-0002.png"));
+}
+
+TEST_F(CliTest, GrabReportsTheControlsAsTheCameraReadsThemBack) {
+    const ProgramRun run = telvarra({"grab", "TCOL01", "-o", "out", "--auto-exposure", "off",
+                                     "--exposure", "25", "--gain", "40", "--brightness", "60"});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    const std::regex applied(
+        "TCOL01: auto-exposure off, exposure (\\d+), gain (\\d+), brightness (\\d+)\n");
+    std::smatch values;
+    ASSERT_TRUE(std::regex_search(run.out, values, applied)) << run.out;
+    // Percent to device range and back truncates: one below is the same setting.
+    EXPECT_NEAR(std::stoi(values[1]), 25, 1);
+    EXPECT_NEAR(std::stoi(values[2]), 40, 1);
+    EXPECT_NEAR(std::stoi(values[3]), 60, 1);
+    expectPicture("TCOL01-0001.png", plainFrame("TCOL01", 1));
+
+    const ProgramRun automatic = telvarra({"grab", "TMON01", "-o", "out", "--auto-exposure", "on"});
+    ASSERT_EQ(automatic.exitCode, 0) << automatic.err;
+    EXPECT_TRUE(contains(automatic.out, "TMON01: auto-exposure on\n"));
+}
+
+// Each frame option, and a mix of them, against the pattern transformed on its own here.
+struct OptionCase {
+    const char* name;
+    const char* camera;
+    std::vector<std::string> options;
+    std::function<Image(std::uint32_t frame)> expected;
+};
+
+void PrintTo(const OptionCase& option, std::ostream* out) { *out << option.name; }
+
+class GrabOptionTest : public CliTest, public ::testing::WithParamInterface<OptionCase> {};
+
+TEST_P(GrabOptionTest, ChangesTheSavedPicturesAsTheOptionSays) {
+    const OptionCase& option = GetParam();
+    std::vector<std::string> arguments = {"grab", option.camera, "-n", "2", "-o", "out"};
+    arguments.insert(arguments.end(), option.options.begin(), option.options.end());
+    const ProgramRun run = telvarra(arguments);
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    for (std::uint32_t frame = 1; frame <= 2; ++frame) {
+        expectPicture(std::string(option.camera) + "-000" + std::to_string(frame) + ".png",
+                      option.expected(frame));
+    }
+}
+
+const OptionCase kOptionCases[] = {
+    {"FormatMono8", "TCOL01", {"--format", "mono8"},
+     [](std::uint32_t f) { return frameAs("TCOL01", PixelFormat::Mono8, f); }},
+    {"FormatBgr8", "TCOL01", {"--format", "bgr8"},
+     [](std::uint32_t f) { return frameAs("TCOL01", PixelFormat::Bgr8, f); }},
+    {"FormatRgb8", "TCOL01", {"--format", "rgb8"},
+     [](std::uint32_t f) { return plainFrame("TCOL01", f); }},
+    {"MirrorH", "TMON01", {"--mirror", "h"},
+     [](std::uint32_t f) { return mirroredLeftRight(plainFrame("TMON01", f)); }},
+    {"MirrorV", "TCOL01", {"--mirror", "v"},
+     [](std::uint32_t f) { return mirroredTopBottom(plainFrame("TCOL01", f)); }},
+    {"MirrorHV", "TMON01", {"--mirror", "hv"},
+     [](std::uint32_t f) { return mirroredTopBottom(mirroredLeftRight(plainFrame("TMON01", f))); }},
+    {"Rotate1", "TMON01", {"--rotate", "1"},
+     [](std::uint32_t f) { return turnedClockwise(plainFrame("TMON01", f), 1); }},
+    {"Rotate2", "TCOL01", {"--rotate", "2"},
+     [](std::uint32_t f) { return turnedClockwise(plainFrame("TCOL01", f), 2); }},
+    {"Rotate3", "TMON01", {"--rotate", "3"},
+     [](std::uint32_t f) { return turnedClockwise(plainFrame("TMON01", f), 3); }},
+    {"Zoom1", "TMON01", {"--zoom", "1"},
+     [](std::uint32_t f) { return zoomed(plainFrame("TMON01", f), 1); }},
+    {"Zoom2", "TCOL01", {"--zoom", "2"},
+     [](std::uint32_t f) { return zoomed(plainFrame("TCOL01", f), 2); }},
+    // Mirror, then turn, then zoom into the turned frame.
+    {"MirrorRotateZoomFormat", "TCOL01",
+     {"--zoom", "2", "--rotate", "1", "--mirror", "h", "--format", "bgr8"},
+     [](std::uint32_t f) {
+         return zoomed(turnedClockwise(mirroredLeftRight(frameAs("TCOL01", PixelFormat::Bgr8, f)), 1),
+                       2);
+     }},
+};
+
+INSTANTIATE_TEST_SUITE_P(Options, GrabOptionTest, ::testing::ValuesIn(kOptionCases),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+// ---- get and set
+
+TEST_F(CliTest, GetPrintsJustTheValueAndSetPrintsWhatTheCameraTook) {
+    const auto value = [&](const std::vector<std::string>& arguments) {
+        const ProgramRun run = telvarra(arguments);
+        EXPECT_EQ(run.exitCode, 0) << run.err;
+        return run.out;
+    };
+    EXPECT_EQ(value({"get", "TCOL01", "rotate"}), "0\n");
+    EXPECT_EQ(value({"get", "TCOL01", "format"}), "unknown\n") << "a Bayer sensor's own format";
+    EXPECT_EQ(value({"get", "TMON01", "format", "--type", "hikvision"}), "mono8\n");
+    EXPECT_EQ(value({"set", "TMON01", "rotate", "3"}), "rotate 3\n");
+    EXPECT_EQ(value({"set", "TCOL01", "format", "bgr8"}), "format bgr8\n");
+    EXPECT_TRUE(std::regex_match(value({"set", "TCOL01", "gain", "40"}), std::regex("gain (39|40)\n")));
+    EXPECT_FALSE(value({"get", "TCOL01", "ExposureTarget"}).empty()) << "a text parameter";
+    EXPECT_EQ(value({"set", "TCOL01", "ExposureTarget", "12"}), "ExposureTarget 12\n");
+
+    const ProgramRun mirror = telvarra({"set", "TMON01", "hmirror", "on"});
+    EXPECT_EQ(mirror.out, "hmirror on\n");
+    EXPECT_TRUE(contains(mirror.err, "lasts only while a program has the camera open"));
+}
+
+// ---- what goes wrong
+
+TEST_F(CliTest, BadArgumentsExitWithTwoAndTouchNoCamera) {
+    const std::vector<std::vector<std::string>> cases = {
+        {},
+        {"snap", "TCOL01"},
+        {"grab"},
+        {"grab", "TCOL01", "-n", "0"},
+        {"grab", "TCOL01", "-n", "many"},
+        {"grab", "TCOL01", "--rotate", "4"},
+        {"grab", "TCOL01", "--zoom", "3"},
+        {"grab", "TCOL01", "--gain", "101"},
+        {"grab", "TCOL01", "--mirror", "x"},
+        {"grab", "TCOL01", "--format", "yuv422"},
+        {"grab", "TCOL01", "--auto-exposure", "maybe"},
+        {"grab", "TCOL01", "--frobnicate"},
+        {"info", "TCOL01", "--type", "nikon"},
+        {"get", "TCOL01"},
+        {"get", "TCOL01", "zoom"},
+        {"set", "TCOL01", "gain"},
+        {"set", "TCOL01", "gain", "abc"},
+        {"set", "TCOL01", "rotate", "-1"},
+        {"set", "TCOL01", "hmirror", "sideways"},
+        {"set", "TCOL01", "format", "bayer_rg8"},
+    };
+    for (const auto& arguments : cases) {
+        std::string line = "telvarra";
+        for (const auto& argument : arguments) line += " " + argument;
+        std::vector<std::string> withOutput = arguments;
+        withOutput.insert(withOutput.end(), {"-o", "out"});
+        const ProgramRun run = telvarra(arguments.size() > 1 && arguments[0] == "grab" ? withOutput
+                                                                                       : arguments);
+        EXPECT_EQ(run.exitCode, 2) << line << "\n" << run.out << run.err;
+        EXPECT_TRUE(contains(run.err, "telvarra: error: ")) << line;
+        EXPECT_EQ(run.out, "") << line;
+    }
+    EXPECT_FALSE(fs::exists(output()));
+}
+
+TEST_F(CliTest, UnknownIdentifierExitsWithThree) {
+    for (const char* command : {"info", "grab", "get"}) {
+        std::vector<std::string> arguments = {command, "NOSUCH"};
+        if (std::string(command) == "get") arguments.push_back("gain");
+        const ProgramRun run = telvarra(arguments);
+        EXPECT_EQ(run.exitCode, 3) << command;
+        EXPECT_TRUE(contains(run.err, "no camera with identifier 'NOSUCH'")) << command;
+    }
+}
+
+TEST_F(CliTest, MakeWithoutADriverExitsWithFour) {
+    const ProgramRun run = telvarra({"grab", "TCOL01", "--type", "canon", "-o", "out"});
+    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_TRUE(contains(run.err, "Canon: no driver in this build"));
+    EXPECT_FALSE(fs::exists(output()));
+}
+
+// A copy of the program and library in a folder of their own, with the library search path
+// naming only that folder: the simulator is nowhere to be found, as on a machine without the SDK.
+TEST_F(CliTest, MissingSdkIsReportedWithFourAndNeverCrashes) {
+    const std::string folder = fs::path(TELVARRA_CLI_WITHOUT_SDK).parent_path().string();
+    ScopedEnvironment searchPath(TELVARRA_LIBRARY_SEARCH_VARIABLE, folder);
+
+    const ProgramRun list = telvarra({"list"}, TELVARRA_CLI_WITHOUT_SDK);
+    EXPECT_EQ(list.exitCode, 4) << list.out << list.err;
+    EXPECT_EQ(fields(list.out).at("HikVision"),
+              "not available: its SDK could not be loaded or started");
+    EXPECT_TRUE(contains(list.out, "No cameras found."));
+
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"grab", "TCOL01", "-o", "out"},
+          std::vector<std::string>{"info", "TCOL01", "--type", "hikvision"}}) {
+        const ProgramRun run = telvarra(arguments, TELVARRA_CLI_WITHOUT_SDK);
+        EXPECT_EQ(run.exitCode, 4) << arguments[0];
+        EXPECT_TRUE(contains(run.err, "HikVision: its SDK could not be loaded or started"));
+    }
+    EXPECT_FALSE(fs::exists(output()));
+}
+
+TEST_F(CliTest, SettingsTheCameraRefusesExitWithOneAndSaveNothing) {
+    const ProgramRun format = telvarra({"grab", "TMON01", "--format", "rgb8", "-o", "out"});
+    EXPECT_EQ(format.exitCode, 1);
+    EXPECT_TRUE(contains(format.err, "refused format rgb8 (it offers: mono8)"));
+
+    const ProgramRun zoom = telvarra({"grab", "TTINY1", "--zoom", "1", "-o", "out"});
+    EXPECT_EQ(zoom.exitCode, 1);
+    EXPECT_TRUE(contains(zoom.err, "refused zoom 1"));
+    EXPECT_TRUE(filesIn(output()).empty());
+}
+
+TEST_F(CliTest, OutputFolderThatCannotBeMadeExitsWithOne) {
+    writeFile("out", "a file where the folder should go");
+    const ProgramRun run = telvarra({"grab", "TMON01", "-o", "out"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(contains(run.err, "cannot create the folder"));
+}
+
+TEST_F(CliTest, EveryCommandExplainsItselfWithHelp) {
+    const std::map<std::string, std::vector<std::string>> mentions = {
+        {"", {"list", "info", "grab", "get", "set", "Exit codes"}},
+        {"list", {"--type", "--verbose"}},
+        {"info", {"ID", "--type"}},
+        {"grab", {"--count", "--output", "--format", "--mirror", "--rotate", "--zoom", "--gain",
+                  "--exposure", "--brightness", "--auto-exposure"}},
+        {"get", {"CONTROL", "hmirror", "auto-exposure"}},
+        {"set", {"CONTROL", "VALUE", "brightness"}},
+    };
+    for (const auto& [command, words] : mentions) {
+        const ProgramRun run = command.empty() ? telvarra({"--help"}) : telvarra({command, "--help"});
+        EXPECT_EQ(run.exitCode, 0) << command;
+        EXPECT_TRUE(contains(run.out, ("Usage: telvarra " + command).c_str()));
+        for (const std::string& word : words) EXPECT_TRUE(contains(run.out, word)) << command;
+    }
+}
+
+}  // namespace
+}  // namespace telvarra::test
