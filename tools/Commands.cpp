@@ -215,7 +215,11 @@ int runGrab(const CommonOptions& common, const GrabOptions& grab, std::ostream& 
         out << grab.id << ": " << applied << '\n' << std::flush;
     }
 
-    const fs::path directory = fs::absolute(fs::path(grab.outputDirectory)).lexically_normal();
+    fs::path directory = fs::absolute(fs::path(grab.outputDirectory)).lexically_normal();
+    // "." normalises to a trailing separator: print the folder by its name.
+    if (directory.filename().empty() && directory.has_relative_path()) {
+        directory = directory.parent_path();
+    }
     std::error_code error;
     fs::create_directories(directory, error);
     if (error || !fs::is_directory(directory)) {
@@ -240,6 +244,7 @@ int runGrab(const CommonOptions& common, const GrabOptions& grab, std::ostream& 
     std::string lastError;
     std::string firstName;
     std::string lastName;
+    std::string shape;  // of the last frame written
     {
         ProgressBar progress(err, standardErrorIsTerminal(), grab.id, grab.count);
         for (int index = 1; index <= grab.count; ++index) {
@@ -251,6 +256,8 @@ int runGrab(const CommonOptions& common, const GrabOptions& grab, std::ostream& 
                 problem = "the camera delivered no frame";
             } else if (writePng(directory / name, frame, problem)) {
                 ++written;
+                shape = " of " + sizeText(frame.width, frame.height) +
+                        (frame.channels == 1 ? " grey" : " colour");
                 failedInARow = 0;
                 if (firstName.empty()) firstName = name;
                 lastName = name;
@@ -272,7 +279,8 @@ int runGrab(const CommonOptions& common, const GrabOptions& grab, std::ostream& 
     std::string files;
     if (written == 1) files = " (" + firstName + ")";
     if (written > 1) files = " (" + firstName + " .. " + lastName + ")";
-    out << grab.id << ": " << written << (written == 1 ? " frame" : " frames") << " written to "
+    out << grab.id << ": " << written << (written == 1 ? " frame" : " frames") << shape
+        << " written to "
         << directory.string() << files << ", " << failed << " failed, "
         << fixedRate(rate(written)) << " frames/s" << std::endl;
     if (failed > 0) err << "telvarra: last failure: " << lastError << '\n';

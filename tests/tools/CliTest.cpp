@@ -200,7 +200,7 @@ TEST_F(CliTest, GrabWritesCountPicturesOfSuccessiveFrames) {
     for (std::uint32_t frame = 1; frame <= 3; ++frame) {
         expectPicture("TCOL01-000" + std::to_string(frame) + ".png", plainFrame("TCOL01", frame));
     }
-    EXPECT_TRUE(contains(run.out, "TCOL01: 3 frames written to "));
+    EXPECT_TRUE(contains(run.out, "TCOL01: 3 frames of 800 x 600 colour written to "));
     EXPECT_TRUE(contains(run.out, ", 0 failed, "));
     EXPECT_TRUE(contains(run.out, " frames/s"));
     EXPECT_EQ(run.err, "") << "no progress bar when standard error is a file";
