@@ -600,8 +600,8 @@ const HikVisionFunctions& hikVisionSdk();
 std::string hikVisionSdkFileName();
 
 // Opens `fileName` (a bare name goes through the system search order) as the process-wide
-// HikVision library, closing any library held before, and binds every listed name in list
-// order. Returns kHikVisionSdkLoaded when all are found. Returns kHikVisionSdkFailed when the
+// HikVision library, closing any library held before (also when this one fails to load), and
+// binds every listed name in list order. Returns kHikVisionSdkLoaded when all are found. Returns kHikVisionSdkFailed when the
 // library does not load (the table is left alone) or lacks a name (the table holds what was
 // found and the library stays open: releasing it is the caller's decision). Logs nothing.
 int loadHikVisionSdk(const std::string& fileName = hikVisionSdkFileName());
