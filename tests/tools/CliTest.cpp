@@ -8,6 +8,7 @@
 #include <map>
 #include <regex>
 #include <set>
+#include <sstream>
 
 #include "support/CurrentDirectory.h"
 #include "support/TempDir.h"
@@ -54,16 +55,8 @@ Image frameAs(const std::string& id, PixelFormat delivered, std::uint32_t frame)
 
 std::vector<std::string> lines(const std::string& text) {
     std::vector<std::string> result;
-    std::string line;
-    for (char c : text) {
-        if (c == '\n') {
-            result.push_back(line);
-            line.clear();
-        } else {
-            line += c;
-        }
-    }
-    if (!line.empty()) result.push_back(line);
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) result.push_back(line);
     return result;
 }
 
@@ -413,20 +406,16 @@ TEST_F(CliTest, OutputFolderThatCannotBeMadeExitsWithOne) {
 }
 
 TEST_F(CliTest, EveryCommandExplainsItselfWithHelp) {
-    const std::map<std::string, std::vector<std::string>> mentions = {
-        {"", {"list", "info", "grab", "get", "set", "Exit codes"}},
-        {"list", {"--type", "--verbose"}},
-        {"info", {"ID", "--type"}},
-        {"grab", {"--count", "--output", "--format", "--mirror", "--rotate", "--zoom", "--gain",
-                  "--exposure", "--brightness", "--auto-exposure"}},
-        {"get", {"CONTROL", "hmirror", "auto-exposure"}},
-        {"set", {"CONTROL", "VALUE", "brightness"}},
-    };
-    for (const auto& [command, words] : mentions) {
+    for (const std::string command : {"", "list", "info", "grab", "get", "set"}) {
         const ProgramRun run = command.empty() ? telvarra({"--help"}) : telvarra({command, "--help"});
         EXPECT_EQ(run.exitCode, 0) << command;
-        EXPECT_TRUE(contains(run.out, ("Usage: telvarra " + command).c_str()));
-        for (const std::string& word : words) EXPECT_TRUE(contains(run.out, word)) << command;
+        EXPECT_TRUE(contains(run.out, "Usage: telvarra " + command)) << command;
+        EXPECT_TRUE(contains(run.out, "Exit codes:")) << command;
+    }
+    const ProgramRun grab = telvarra({"grab", "--help"});
+    for (const char* option : {"--count", "--output", "--format", "--mirror", "--rotate", "--zoom",
+                               "--gain", "--exposure", "--brightness", "--auto-exposure", "--type"}) {
+        EXPECT_TRUE(contains(grab.out, option));
     }
 }
 
