@@ -27,7 +27,8 @@ void ProgressBar::update(int done, int failed, double framesPerSecond) {
           << std::string(kBarWidth - filled, '.') << "] " << done << '/' << m_total << "  "
           << rate << " frames/s";
     if (failed > 0) m_out << "  " << failed << " failed";
-    m_out << std::flush;
+    // Blanks over whatever a longer previous line left (a rate that lost a digit).
+    m_out << "   " << std::flush;
     m_drawn = true;
 }
 
