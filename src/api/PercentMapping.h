@@ -7,6 +7,13 @@
 
 namespace telvarra {
 
+// A device setting's current value and its range.
+struct DeviceRange {
+    double current;
+    double minimum;
+    double maximum;
+};
+
 int32_t clampPercent(int32_t percent);
 
 // min + (max - min) * p / 100, with p clamped to 0..100 first.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <ctime>
+#include <functional>
 #include <limits>
 #include <mutex>
 
@@ -363,45 +364,33 @@ bool HikVisionCamera::setImageSize(int32_t width, int32_t height) {
 
 // ---- geometry flags
 
-bool HikVisionCamera::setHorMirror(bool on) {
+// The geometry is applied in software, but the flags only exist for an opened device.
+template <class Value, class Stored>
+bool HikVisionCamera::storeFlag(Stored& flag, Value value) {
     if (!m_handle) return false;
-    m_horMirror = on;
+    flag = value;
     return true;
 }
 
-bool HikVisionCamera::getHorMirror(bool& on) {
+template <class Value, class Stored>
+bool HikVisionCamera::readFlag(const Stored& flag, Value& value) const {
     if (!m_handle) return false;
-    on = m_horMirror;
+    value = flag;
     return true;
 }
 
-bool HikVisionCamera::setVerMirror(bool on) {
-    if (!m_handle) return false;
-    m_verMirror = on;
-    return true;
-}
-
-bool HikVisionCamera::getVerMirror(bool& on) {
-    if (!m_handle) return false;
-    on = m_verMirror;
-    return true;
-}
+bool HikVisionCamera::setHorMirror(bool on) { return storeFlag(m_horMirror, on); }
+bool HikVisionCamera::getHorMirror(bool& on) { return readFlag(m_horMirror, on); }
+bool HikVisionCamera::setVerMirror(bool on) { return storeFlag(m_verMirror, on); }
+bool HikVisionCamera::getVerMirror(bool& on) { return readFlag(m_verMirror, on); }
 
 bool HikVisionCamera::setRotate(int32_t quarterTurns) {
-    if (!m_handle) return false;
-    m_rotation = std::clamp(quarterTurns, 0, 3);
-    return true;
+    return storeFlag(m_rotation, std::clamp(quarterTurns, 0, 3));
 }
 
-bool HikVisionCamera::getRotate(int32_t& quarterTurns) {
-    if (!m_handle) return false;
-    quarterTurns = m_rotation;
-    return true;
-}
+bool HikVisionCamera::getRotate(int32_t& quarterTurns) { return readFlag(m_rotation, quarterTurns); }
 
 // ---- exposure mode and percent controls
-
-void HikVisionCamera::saveUserData() { m_sdk.MV_CC_SetCommandValue(m_handle, "UserDataSave"); }
 
 bool HikVisionCamera::setExposureMod(bool automatic) {
     if (!m_handle) return false;
@@ -415,7 +404,7 @@ bool HikVisionCamera::setExposureMod(bool automatic) {
         m_sdk.MV_CC_GetExposureAutoMode(m_handle, &exposureMode) != MV_OK) {
         return false;
     }
-    saveUserData();
+    m_sdk.MV_CC_SetCommandValue(m_handle, "UserDataSave");
     return true;
 }
 
@@ -430,60 +419,69 @@ bool HikVisionCamera::getExposureMod(bool& automatic) {
     return true;
 }
 
-bool HikVisionCamera::setBrightnessByPercent(int32_t percent) {
-    if (!m_handle) return false;
-    MVCC_INTVALUE range{};
-    if (m_sdk.MV_CC_GetBrightness(m_handle, &range) != MV_OK) return false;
-    const double value = percentToRange(percent, range.nMin, range.nMax);
-    if (m_sdk.MV_CC_SetBrightness(m_handle, static_cast<unsigned int>(value)) != MV_OK) return false;
-    saveUserData();
+std::optional<DeviceRange> HikVisionCamera::brightnessRange() const {
+    MVCC_INTVALUE value{};
+    if (!m_handle || m_sdk.MV_CC_GetBrightness(m_handle, &value) != MV_OK) return std::nullopt;
+    return DeviceRange{double(value.nCurValue), double(value.nMin), double(value.nMax)};
+}
+
+std::optional<DeviceRange> HikVisionCamera::gainRange() const {
+    MVCC_FLOATVALUE value{};
+    if (!m_handle || m_sdk.MV_CC_GetGain(m_handle, &value) != MV_OK) return std::nullopt;
+    return DeviceRange{value.fCurValue, value.fMin, value.fMax};
+}
+
+std::optional<DeviceRange> HikVisionCamera::exposureRange() const {
+    MVCC_FLOATVALUE value{};
+    if (!m_handle || m_sdk.MV_CC_GetExposureTime(m_handle, &value) != MV_OK) return std::nullopt;
+    // Longer exposures than this are never offered on the percent scale.
+    return DeviceRange{value.fCurValue, value.fMin,
+                       std::min<double>(value.fMax, kExposureCapMicroseconds)};
+}
+
+bool HikVisionCamera::setByPercent(int32_t percent, const std::optional<DeviceRange>& range,
+                                   const std::function<int(double)>& write) {
+    if (!range || write(percentToRange(percent, range->minimum, range->maximum)) != MV_OK) {
+        return false;
+    }
+    m_sdk.MV_CC_SetCommandValue(m_handle, "UserDataSave");
     return true;
+}
+
+bool HikVisionCamera::getByPercent(const std::optional<DeviceRange>& range, int32_t& percent) {
+    if (!range) return false;
+    percent = rangeToPercent(range->current, range->minimum, range->maximum);
+    return true;
+}
+
+bool HikVisionCamera::setBrightnessByPercent(int32_t percent) {
+    return setByPercent(percent, brightnessRange(), [this](double value) {
+        return m_sdk.MV_CC_SetBrightness(m_handle, static_cast<unsigned int>(value));
+    });
 }
 
 bool HikVisionCamera::getBrightnessByPercent(int32_t& percent) {
-    if (!m_handle) return false;
-    MVCC_INTVALUE range{};
-    if (m_sdk.MV_CC_GetBrightness(m_handle, &range) != MV_OK) return false;
-    percent = rangeToPercent(range.nCurValue, range.nMin, range.nMax);
-    return true;
+    return getByPercent(brightnessRange(), percent);
 }
 
 bool HikVisionCamera::setGainByPercent(int32_t percent) {
-    if (!m_handle) return false;
-    MVCC_FLOATVALUE range{};
-    if (m_sdk.MV_CC_GetGain(m_handle, &range) != MV_OK) return false;
-    const double value = percentToRange(percent, range.fMin, range.fMax);
-    if (m_sdk.MV_CC_SetGain(m_handle, static_cast<float>(value)) != MV_OK) return false;
-    saveUserData();
-    return true;
+    return setByPercent(percent, gainRange(), [this](double value) {
+        return m_sdk.MV_CC_SetGain(m_handle, static_cast<float>(value));
+    });
 }
 
 bool HikVisionCamera::getGainByPercent(int32_t& percent) {
-    if (!m_handle) return false;
-    MVCC_FLOATVALUE range{};
-    if (m_sdk.MV_CC_GetGain(m_handle, &range) != MV_OK) return false;
-    percent = rangeToPercent(range.fCurValue, range.fMin, range.fMax);
-    return true;
+    return getByPercent(gainRange(), percent);
 }
 
 bool HikVisionCamera::setExposureByPercent(int32_t percent) {
-    if (!m_handle) return false;
-    MVCC_FLOATVALUE range{};
-    if (m_sdk.MV_CC_GetExposureTime(m_handle, &range) != MV_OK) return false;
-    const double maximum = std::min<double>(range.fMax, kExposureCapMicroseconds);
-    const double value = percentToRange(percent, range.fMin, maximum);
-    if (m_sdk.MV_CC_SetExposureTime(m_handle, static_cast<float>(value)) != MV_OK) return false;
-    saveUserData();
-    return true;
+    return setByPercent(percent, exposureRange(), [this](double value) {
+        return m_sdk.MV_CC_SetExposureTime(m_handle, static_cast<float>(value));
+    });
 }
 
 bool HikVisionCamera::getExposureByPercent(int32_t& percent) {
-    if (!m_handle) return false;
-    MVCC_FLOATVALUE range{};
-    if (m_sdk.MV_CC_GetExposureTime(m_handle, &range) != MV_OK) return false;
-    const double maximum = std::min<double>(range.fMax, kExposureCapMicroseconds);
-    percent = rangeToPercent(range.fCurValue, range.fMin, maximum);
-    return true;
+    return getByPercent(exposureRange(), percent);
 }
 
 // ---- frames

@@ -4,11 +4,14 @@
 #define TELVARRA_DRIVERS_HIKVISION_HIKVISIONCAMERA_H
 
 #include <atomic>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "api/CameraBase.h"
+#include "api/PercentMapping.h"
 #include "drivers/hikvision/HikVisionSdk.h"
 #include "platform/QCriticalSection.h"
 
@@ -61,7 +64,18 @@ private:
     bool storeFrame(const MV_FRAME_OUT& frame, ImageData& image);
     bool applyGeometry(ImageData& image);
     bool applyZoom(ImageData& image);
-    void saveUserData();
+    template <class Value, class Stored>
+    bool storeFlag(Stored& flag, Value value);
+    template <class Value, class Stored>
+    bool readFlag(const Stored& flag, Value& value) const;
+    // A percent control's device range; none without a device or when the SDK cannot say.
+    std::optional<DeviceRange> brightnessRange() const;
+    std::optional<DeviceRange> gainRange() const;
+    std::optional<DeviceRange> exposureRange() const;
+    // Writes the mapped value with `write` (an SDK status) and saves the device's user data.
+    bool setByPercent(int32_t percent, const std::optional<DeviceRange>& range,
+                      const std::function<int(double)>& write);
+    static bool getByPercent(const std::optional<DeviceRange>& range, int32_t& percent);
     void logInfo(const std::string& message) const;
 
     const HikVisionFunctions& m_sdk;
