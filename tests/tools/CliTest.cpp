@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 using sim::PixelFormat;
 
-// A colour camera with a Bayer sensor, a mono camera of another aspect ratio, and one too small
+// A colour camera with a Bayer sensor, a mono camera of other proportions, and one too small
 // for the digital zoom.
 constexpr char kRig[] =
     "hikvision id=TCOL01 user=\"Bench colour\" model=MV-TEST-C layer=usb3 size=800x600 "

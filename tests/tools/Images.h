@@ -31,7 +31,7 @@ Image mirroredLeftRight(const Image& image);
 Image mirroredTopBottom(const Image& image);
 Image turnedClockwise(const Image& image, int quarterTurns);
 // The digital zoom's centred window: 640 (level 1) or 320 (level 2) pixels wide, as high as the
-// frame's aspect ratio makes it.
+// frame's proportions make it.
 Image zoomed(const Image& image, int level);
 
 // Empty when the two are the same picture; otherwise what differs first.
