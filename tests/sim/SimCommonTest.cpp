@@ -46,14 +46,6 @@ TEST(TestPatternTest, EverySampleChangesFromOneFrameToTheNext) {
                               patternSample(7, frame + 1, x, y, channel));
 }
 
-TEST(TestPatternTest, FollowsItsDocumentedFormula) {
-    // red at (20, 3), frame 10, seed 0x00000005: 20 + 6 + 30 + 5 + 64 (checker (1 xor 0))
-    EXPECT_EQ(patternSample(5, 10, 20, 3, kRed), 125);
-    // blue at (1, 2), frame 100, seed 0x00FF0000: 2 + 10 + 700 + 255 = 967 = 0x3C7
-    EXPECT_EQ(patternSample(0x00FF0000u, 100, 1, 2, kBlue), 0xC7);
-    EXPECT_EQ(patternSample(5, 10, 20, 3, 3), 0);  // no fourth channel
-}
-
 TEST(TestPatternTest, RendersEachFormatFromThePatternInItsSampleOrder) {
     constexpr std::uint32_t w = 5, h = 3, seed = 0xA1B2C3D4u, frame = 9;
     Bytes rgb(w * h * 3), bgr(w * h * 3), mono(w * h);
@@ -81,28 +73,7 @@ TEST(TestPatternTest, RendersEachFormatFromThePatternInItsSampleOrder) {
     }
 }
 
-TEST(TestPatternTest, SeedFromIdIsFnv1a) {
-    EXPECT_EQ(seedFromId(""), 0x811C9DC5u);
-    EXPECT_EQ(seedFromId("a"), 0xE40C292Cu);
-    EXPECT_NE(seedFromId("DA0001"), seedFromId("DA0002"));
-}
-
 // ---- Demosaic and conversion. ----
-
-TEST(DemosaicTest, UniformColourComesBackEverywhereForEveryMosaic) {
-    constexpr std::uint32_t w = 5, h = 4;
-    const std::array<std::uint8_t, 3> colour = {200, 100, 50};
-    for (const Mosaic& mosaic : kMosaics) {
-        Bytes raw(w * h), rgb(w * h * 3);
-        for (std::uint32_t y = 0; y < h; ++y)
-            for (std::uint32_t x = 0; x < w; ++x)
-                raw[y * w + x] = colour[siteColour(mosaic.tile, x, y)];
-        demosaicBilinear(mosaic.format, raw.data(), w, h, rgb.data());
-        for (std::size_t p = 0; p < w * h; ++p)
-            for (std::uint32_t c = 0; c < 3; ++c)
-                ASSERT_EQ(rgb[p * 3 + c], colour[c]) << formatName(mosaic.format) << " pixel " << p;
-    }
-}
 
 TEST(DemosaicTest, InterpolatesALinearRampExactlyInsideAndCutsTheWindowAtTheEdges) {
     // RGGB mosaic of the ramp 10 * (4y + x + 1): inside, every colour averages to the ramp.
@@ -129,19 +100,6 @@ TEST(DemosaicTest, InterpolatesALinearRampExactlyInsideAndCutsTheWindowAtTheEdge
     EXPECT_EQ(rgb[3 * 3 + 2], 80);
 }
 
-TEST(DemosaicTest, RoundsHalvesUpAndGivesZeroForAColourTheWindowLacks) {
-    // 2 x 1 RGGB: R=1 G=2. Red pixel's green is 2; green pixel's red is 1; no blue anywhere.
-    const Bytes raw = {1, 2};
-    Bytes rgb(6);
-    demosaicBilinear(PixelFormat::BayerRG8, raw.data(), 2, 1, rgb.data());
-    EXPECT_EQ(rgb, (Bytes{1, 2, 0, 1, 2, 0}));
-    // 3 x 1 GRBG row G=1 R=2 G=2: the red site's green is (1 + 2 + 1) / 2 = 2 (1.5 rounded up).
-    const Bytes row = {1, 2, 2};
-    Bytes out(9);
-    demosaicBilinear(PixelFormat::BayerGR8, row.data(), 3, 1, out.data());
-    EXPECT_EQ(out[3 + 1], 2);
-}
-
 // ---- Mirror and rotation: a 3 x 2 image "abc / def", one byte per pixel, then three. ----
 
 TEST(ImageOpsTest, MirrorsAndTurnsClockwise) {
@@ -160,30 +118,6 @@ TEST(ImageOpsTest, MirrorsAndTurnsClockwise) {
 }
 
 // ---- Fault plan. ----
-
-TEST(FaultPlanTest, FailsTheNthCallFromNowOnceAndEveryCallWhenAskedUntilCleared) {
-    FaultPlan plan;
-    plan.failOnCall("Open", -5, 2);
-    plan.failOnCall("Open", -6, 0);  // plans nothing
-    EXPECT_EQ(plan.check("Other"), std::nullopt);
-    EXPECT_EQ(plan.check("Open"), std::nullopt);
-    EXPECT_EQ(plan.check("Open"), -5);
-    EXPECT_EQ(plan.check("Open"), std::nullopt);
-
-    plan.failAlways("Grab", -7);
-    plan.failOnCall("Grab", -8, 1);
-    EXPECT_EQ(plan.check("Grab"), -7);  // the standing fault wins, the one-shot is used up
-    EXPECT_EQ(plan.check("Grab"), -7);
-    plan.clear();
-    EXPECT_EQ(plan.check("Grab"), std::nullopt);
-
-    // Plans for one function count down together.
-    plan.failOnCall("F", -1, 1);
-    plan.failOnCall("F", -2, 2);
-    EXPECT_EQ(plan.check("F"), -1);
-    EXPECT_EQ(plan.check("F"), -2);
-    EXPECT_EQ(plan.check("F"), std::nullopt);
-}
 
 // ---- Rig file. ----
 
@@ -269,13 +203,6 @@ TEST(RigTest, SkipsAndReportsEachBadLineWithItsNumber) {
     }
     EXPECT_EQ(rig.errors[0].make, "hikvision");
     EXPECT_EQ(rig.errors[9].make, "");  // an unknown make belongs to no simulator
-}
-
-TEST(RigTest, AnUnreadableFileIsOneErrorOfLineZero) {
-    const Rig rig = readRigFile("/no/such/dir/rig.txt");
-    EXPECT_TRUE(rig.devices.empty());
-    ASSERT_EQ(rig.errors.size(), 1u);
-    EXPECT_EQ(rig.errors[0].line, 0u);
 }
 
 }  // namespace

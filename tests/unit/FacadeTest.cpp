@@ -316,25 +316,6 @@ TEST_F(FacadeTest, FixedControlSettersRecordTheirValueOnlyOnSuccess) {
     EXPECT_FALSE(config->hasKey("Width"));
 }
 
-TEST_F(FacadeTest, GettersHandOutWhatTheCameraAnswers) {
-    FakeCamera& camera = openCam();
-    camera.rotate = 3;
-    camera.brightness = 55;
-    int32_t turns = -1, percent = -1;
-    EXPECT_TRUE(facade->getCameraRotate("cam", turns));
-    EXPECT_TRUE(facade->getCameraBrightnessByPercent("cam", percent));
-    EXPECT_EQ(turns, 3);
-    EXPECT_EQ(percent, 55);
-
-    char* text = nullptr;
-    EXPECT_TRUE(facade->getCameraParameter("cam", "Anything", &text));
-    EXPECT_STREQ(text, "100");
-
-    _RUVO_INT_VALUE value{};
-    EXPECT_TRUE(facade->getCameraIntValue("cam", "Width", &value));
-    EXPECT_EQ(value.current, 77);
-}
-
 TEST_F(FacadeTest, FramesPassTheTrailingArgumentAndPointIntoTheRightBuffer) {
     FakeCamera& camera = openCam();
     ImageData image{};
@@ -352,15 +333,6 @@ TEST_F(FacadeTest, FramesPassTheTrailingArgumentAndPointIntoTheRightBuffer) {
     EXPECT_FALSE(facade->getCurrentFrame2("cam", shortBuffer, sizeof shortBuffer, image, 0));
     EXPECT_EQ(shortBuffer[2], 3);
     EXPECT_TRUE(log.contains("ERROR", "Failed to get current frame to buffer from camera: cam"));
-}
-
-TEST_F(FacadeTest, ReleaseImageDataFreesOnlyWhatItIsGiven) {
-    ImageData image{new unsigned char[6], 2, 1, 3, RUVO_FORMAT_RGB8, 6, 1000, 4};
-    facade->releaseImageData(image);
-    EXPECT_EQ(image.data, nullptr);
-    EXPECT_EQ(image.channels, 3);
-    EXPECT_EQ(image.frameNumber, 0);
-    EXPECT_EQ(log.entries().size(), setupLines);
 }
 
 TEST_F(FacadeTest, CleanupClosesEverythingAndStopsTheDriversButKeepsTheFacade) {

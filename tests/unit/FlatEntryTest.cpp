@@ -92,19 +92,6 @@ TEST_F(FlatEntryTest, FramesGoThroughTheSingletonWithATrailingZero) {
     EXPECT_TRUE(log.contains("ERROR", "Camera not opened: ghost"));
 }
 
-TEST_F(FlatEntryTest, ReleaseImageDataZeroesARecordWithoutDataAndKeepsChannels) {
-    ImageData image{nullptr, 4, 2, 3, RUVO_FORMAT_RGB8, 24, 99, 5};
-    ReleaseImageData(&image);
-    EXPECT_EQ(image.width, 0);
-    EXPECT_EQ(image.dataSize, 0);
-    EXPECT_EQ(image.timestamp, 0);
-    EXPECT_EQ(image.channels, 3);
-
-    ImageData owned{new unsigned char[4], 2, 2, 1, RUVO_FORMAT_MONO8, 4, 1, 1};
-    ReleaseImageData(&owned);
-    EXPECT_EQ(owned.data, nullptr);
-}
-
 TEST_F(FlatEntryTest, DestroyCleansTheFacadeAndAFreshOneStartsFromNothing) {
     openAndStart();
     void* handle = CreateCameraManager();

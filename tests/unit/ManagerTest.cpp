@@ -195,17 +195,6 @@ TEST_F(ManagerTest, PerCameraCallsOnUnknownIdentifiersDoNothing) {
     EXPECT_TRUE(log.contains("ERROR", "Attempt to register null driver"));
 }
 
-TEST_F(ManagerTest, ReconnectAndIntervalReachTheHeldCamera) {
-    fakes.alpha.deviceIds = {"cam-r"};
-    fakes.alpha.cameraResults = {{"reconnect", false}};
-    manager->initializeAllDrivers();
-    manager->createCamera("cam-r", kAlphaType);
-    manager->setReconnectInterval("cam-r", 250);
-    EXPECT_EQ(fakes.alpha.lastCreated->reconnectInterval, 250);
-    EXPECT_FALSE(manager->reconnectCamera("cam-r"));
-    EXPECT_TRUE(manager->saveCameraConfig("cam-r"));
-}
-
 TEST_F(ManagerTest, GlobalConfigIsACopyHeldByTheManager) {
     CameraConfig config;
     config.setValue("site", "lab");
