@@ -22,7 +22,9 @@ if(NOT result EQUAL 0)
   message(FATAL_ERROR "building the host programs failed")
 endif()
 
-foreach(program cpp_host c_host)
+# The simulated vendor SDKs live beside the library and are found through the search path.
+set(ENV{LD_LIBRARY_PATH} "${TELVARRA_RUNTIME_DIR}")
+foreach(program cpp_host c_host exit_host)
   set(work_dir ${HOST_BINARY_DIR}/work-${program})
   file(MAKE_DIRECTORY ${work_dir})
   if(EMULATOR)

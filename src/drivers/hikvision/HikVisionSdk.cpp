@@ -7,15 +7,14 @@ namespace telvarra::hikvision {
 
 namespace {
 
-HikVisionFunctions& table() {
-    static HikVisionFunctions functions;
-    return functions;
-}
+// Both live at namespace scope, built when the module loads: the library handle must outlive
+// the driver registry (made later, so destroyed sooner), whose drivers still call the SDK when a
+// host exits without releasing the library.
+HikVisionFunctions g_functions;
+platform::DynamicLibrary g_library;
 
-platform::DynamicLibrary& library() {
-    static platform::DynamicLibrary handle;
-    return handle;
-}
+HikVisionFunctions& table() { return g_functions; }
+platform::DynamicLibrary& library() { return g_library; }
 
 }  // namespace
 
