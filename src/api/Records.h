@@ -19,11 +19,14 @@ bool copyBoundedText(char (&destination)[N], const std::string& source) {
     return copyBoundedText(destination, N, source.c_str());
 }
 
-// The text of a fixed-size field, which may fill the field without a terminator.
-template <std::size_t N>
-std::string fieldText(const char (&field)[N]) {
-    const void* terminator = std::memchr(field, '\0', N);
-    return std::string(field, terminator ? static_cast<const char*>(terminator) - field : N);
+// The text of a fixed-size field (of char, or of unsigned char as vendor records have them),
+// which a full-length value fills without a terminator.
+template <class Char, std::size_t N>
+std::string fieldText(const Char (&field)[N]) {
+    static_assert(sizeof(Char) == 1, "a field of bytes");
+    const char* text = reinterpret_cast<const char*>(field);
+    const void* terminator = std::memchr(text, '\0', N);
+    return std::string(text, terminator ? static_cast<const char*>(terminator) - text : N);
 }
 
 // The texts a driver reports for one device; everything else of the record is derived.

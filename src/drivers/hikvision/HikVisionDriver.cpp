@@ -14,18 +14,10 @@ void logLine(LogLevel level, const std::string& message) {
     CameraLogger::getInstance().log(level, message);
 }
 
-// Device texts are NUL-padded arrays that a full-length value fills without a terminator.
-template <std::size_t N>
-std::string deviceText(const unsigned char (&field)[N]) {
-    const void* end = std::memchr(field, '\0', N);
-    const std::size_t length = end ? static_cast<const unsigned char*>(end) - field : N;
-    return std::string(reinterpret_cast<const char*>(field), length);
-}
-
 template <class Member>
 DeviceTexts textsOf(const Member& member) {
-    return {deviceText(member.chSerialNumber), deviceText(member.chModelName),
-            deviceText(member.chUserDefinedName)};
+    return {fieldText(member.chSerialNumber), fieldText(member.chModelName),
+            fieldText(member.chUserDefinedName)};
 }
 
 const char kNotInitialized[] = "HikVision driver not initialized";
