@@ -185,7 +185,9 @@ bool overlaps(const void* a, std::size_t aSize, const void* b, std::size_t bSize
 }  // namespace
 
 Simulator& simulator() {
-    static Simulator instance;
+    // Never destroyed, as a vendor SDK's state outlives its callers: a host that exits without
+    // releasing shuts its drivers down from exit handlers that run after this library's own.
+    static Simulator& instance = *new Simulator();
     return instance;
 }
 
