@@ -17,12 +17,12 @@ enum ExitCode : int {
 };
 
 class CliError : public std::runtime_error {
-public:
+  public:
     CliError(ExitCode code, const std::string& message)
         : std::runtime_error(message), m_code(code) {}
     ExitCode code() const { return m_code; }
 
-private:
+  private:
     ExitCode m_code;
 };
 

@@ -59,8 +59,8 @@ const Control& requireControlValue(const std::string& name, const std::string& v
     const Control* control = findControl(name);
     const std::optional<int> number = parseValue(*control, value);
     if (!number) {
-        throw CliError(kExitUsage, name + " takes " + valuesAccepted(*control) + ", not '" +
-                                       value + "'");
+        throw CliError(kExitUsage,
+                       name + " takes " + valuesAccepted(*control) + ", not '" + value + "'");
     }
     parsed = *number;
     return *control;
@@ -69,8 +69,8 @@ const Control& requireControlValue(const std::string& name, const std::string& v
 // Writes the setting, then reads it back where the library can: what the camera took.
 std::string applySetting(Session& session, const Control& control, int value) {
     if (!control.write(session.library(), session.id(), value)) {
-        std::string message = std::string("camera '") + session.id() + "' refused " +
-                              control.name + " " + valueText(control, value);
+        std::string message = std::string("camera '") + session.id() + "' refused " + control.name +
+                              " " + valueText(control, value);
         if (control.kind == ValueKind::Format) {
             message += " (it offers: " +
                        formatsText(session.library().getSupportedImageFormats(session.id())) + ")";
@@ -79,8 +79,8 @@ std::string applySetting(Session& session, const Control& control, int value) {
     }
     int current = value;
     if (control.read && !control.read(session.library(), session.id(), current)) {
-        throw CliError(kExitFailed, std::string("camera '") + session.id() +
-                                        "' did not report " + control.name + " back");
+        throw CliError(kExitFailed, std::string("camera '") + session.id() + "' did not report " +
+                                        control.name + " back");
     }
     return valueText(control, current);
 }
@@ -161,23 +161,24 @@ int runInfo(const CommonOptions& common, const std::string& id, std::ostream& ou
     printField(out, "model", recordText(device.modelName));
     printField(out, "display name", recordText(device.displayName));
     printField(out, "user name", recordText(device.userDefinedName));
-    printField(out, "maximum size", device.maxWidth > 0 && device.maxHeight > 0
-                                        ? sizeText(device.maxWidth, device.maxHeight)
-                                        : "not reported");
+    printField(out, "maximum size",
+               device.maxWidth > 0 && device.maxHeight > 0
+                   ? sizeText(device.maxWidth, device.maxHeight)
+                   : "not reported");
     printField(out, "formats", formatsText(library.getSupportedImageFormats(session.id())));
     int width = 0;
     int height = 0;
-    printField(out, "image size", library.getImageSize(session.id(), width, height)
-                                      ? sizeText(width, height)
-                                      : "not reported");
+    printField(out, "image size",
+               library.getImageSize(session.id(), width, height) ? sizeText(width, height)
+                                                                 : "not reported");
 
     // One frame shows what the camera really delivers, and that it delivers at all.
     ImageData frame{};
     if (library.startCapture(session.id()) && library.getCurrentFrame(session.id(), frame, 0)) {
-        printField(out, "frame", sizeText(frame.width, frame.height) + ", " +
-                                     std::to_string(frame.channels) +
-                                     (frame.channels == 1 ? " channel" : " channels") +
-                                     ", format " + formatName(frame.format));
+        printField(out, "frame",
+                   sizeText(frame.width, frame.height) + ", " + std::to_string(frame.channels) +
+                       (frame.channels == 1 ? " channel" : " channels") + ", format " +
+                       formatName(frame.format));
     } else {
         printField(out, "frame", "none: the camera delivered no frame");
         exitCode = kExitFailed;
@@ -273,15 +274,13 @@ int runGrab(const CommonOptions& common, const GrabOptions& grab, std::ostream& 
     library.stopCapture(session.id());
 
     if (failedInARow == kFailuresInARowToGiveUp && written + failed < grab.count) {
-        err << "telvarra: gave up after " << kFailuresInARowToGiveUp
-            << " frames in a row failed\n";
+        err << "telvarra: gave up after " << kFailuresInARowToGiveUp << " frames in a row failed\n";
     }
     std::string files;
     if (written == 1) files = " (" + firstName + ")";
     if (written > 1) files = " (" + firstName + " .. " + lastName + ")";
     out << grab.id << ": " << written << (written == 1 ? " frame" : " frames") << shape
-        << " written to "
-        << directory.string() << files << ", " << failed << " failed, "
+        << " written to " << directory.string() << files << ", " << failed << " failed, "
         << fixedRate(rate(written)) << " frames/s" << std::endl;
     if (failed > 0) err << "telvarra: last failure: " << lastError << '\n';
     return written == grab.count ? kExitOk : kExitFailed;
@@ -328,7 +327,8 @@ int runSet(const CommonOptions& common, const std::string& id, const std::string
         return kExitOk;
     }
     if (!session.library().setCameraParameter(session.id(), name.c_str(), value.c_str())) {
-        throw CliError(kExitFailed, "camera '" + id + "' refused parameter " + name + " = " + value);
+        throw CliError(kExitFailed,
+                       "camera '" + id + "' refused parameter " + name + " = " + value);
     }
     out << name << " " << value << std::endl;
     return kExitOk;

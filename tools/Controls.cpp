@@ -65,16 +65,15 @@ bool writeZoom(Library& library, const char* id, int level) {
 
 const std::vector<Control>& controls() {
     static const std::vector<Control> table = {
-        {"format", ValueKind::Format, 0, 0, "pixel format of the delivered frames",
-         readFormat, writeFormat},
+        {"format", ValueKind::Format, 0, 0, "pixel format of the delivered frames", readFormat,
+         writeFormat},
         {"hmirror", ValueKind::Switch, 0, 1, "left-right mirror",
          readSwitch<&Library::getCameraHorMirror>, writeSwitch<&Library::setCameraHorMirror>},
         {"vmirror", ValueKind::Switch, 0, 1, "top-bottom mirror",
          readSwitch<&Library::getCameraVerMirror>, writeSwitch<&Library::setCameraVerMirror>},
         {"rotate", ValueKind::Number, 0, 3, "quarter turns clockwise",
          readNumber<&Library::getCameraRotate>, writeNumber<&Library::setCameraRotate>},
-        {"zoom", ValueKind::Number, 0, 2, "digital zoom steps (not readable)", nullptr,
-         writeZoom},
+        {"zoom", ValueKind::Number, 0, 2, "digital zoom steps (not readable)", nullptr, writeZoom},
         {"auto-exposure", ValueKind::Switch, 0, 1, "automatic exposure",
          readSwitch<&Library::getCameraExposureMod>, writeSwitch<&Library::setCameraExposureMod>},
         {"exposure", ValueKind::Number, 0, 100, "exposure time, percent of the camera's range",
@@ -109,9 +108,9 @@ std::optional<int> parseValue(const Control& control, const std::string& text) {
             }
             return std::nullopt;
         case ValueKind::Number: {
-            const bool digits = !text.empty() && text.size() <= 9 &&
-                                std::all_of(text.begin(), text.end(),
-                                            [](char c) { return c >= '0' && c <= '9'; });
+            const bool digits =
+                !text.empty() && text.size() <= 9 &&
+                std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
             if (!digits) return std::nullopt;
             const int value = std::stoi(text);
             if (value < control.minimum || value > control.maximum) return std::nullopt;
@@ -123,16 +122,20 @@ std::optional<int> parseValue(const Control& control, const std::string& text) {
 
 std::string valueText(const Control& control, int value) {
     switch (control.kind) {
-        case ValueKind::Switch: return value ? "on" : "off";
-        case ValueKind::Format: return formatName(static_cast<Ruvo_ImageFormat>(value));
-        case ValueKind::Number: return std::to_string(value);
+        case ValueKind::Switch:
+            return value ? "on" : "off";
+        case ValueKind::Format:
+            return formatName(static_cast<Ruvo_ImageFormat>(value));
+        case ValueKind::Number:
+            return std::to_string(value);
     }
     return "";
 }
 
 std::string valuesAccepted(const Control& control) {
     switch (control.kind) {
-        case ValueKind::Switch: return "on|off";
+        case ValueKind::Switch:
+            return "on|off";
         case ValueKind::Format: {
             std::string text;
             for (Ruvo_ImageFormat format : kSettableFormats) {
@@ -148,15 +151,24 @@ std::string valuesAccepted(const Control& control) {
 
 std::string formatName(Ruvo_ImageFormat format) {
     switch (format) {
-        case RUVO_FORMAT_UNKNOWN: return "unknown";
-        case RUVO_FORMAT_MONO8: return "mono8";
-        case RUVO_FORMAT_RGB8: return "rgb8";
-        case RUVO_FORMAT_BGR8: return "bgr8";
-        case RUVO_FORMAT_BAYER_GR8: return "bayer_gr8";
-        case RUVO_FORMAT_BAYER_RG8: return "bayer_rg8";
-        case RUVO_FORMAT_BAYER_GB8: return "bayer_gb8";
-        case RUVO_FORMAT_BAYER_BG8: return "bayer_bg8";
-        default: return "format " + std::to_string(static_cast<int>(format));
+        case RUVO_FORMAT_UNKNOWN:
+            return "unknown";
+        case RUVO_FORMAT_MONO8:
+            return "mono8";
+        case RUVO_FORMAT_RGB8:
+            return "rgb8";
+        case RUVO_FORMAT_BGR8:
+            return "bgr8";
+        case RUVO_FORMAT_BAYER_GR8:
+            return "bayer_gr8";
+        case RUVO_FORMAT_BAYER_RG8:
+            return "bayer_rg8";
+        case RUVO_FORMAT_BAYER_GB8:
+            return "bayer_gb8";
+        case RUVO_FORMAT_BAYER_BG8:
+            return "bayer_bg8";
+        default:
+            return "format " + std::to_string(static_cast<int>(format));
     }
 }
 

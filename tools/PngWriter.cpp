@@ -34,7 +34,8 @@ bool writePng(const std::filesystem::path& path, const ImageData& frame, std::st
     std::vector<unsigned char> swapped;
     if (frame.format == RUVO_FORMAT_BGR8 && channels == 3) {
         swapped.assign(frame.data, frame.data + stride * frame.height);
-        for (std::size_t i = 0; i + 2 < swapped.size(); i += 3) std::swap(swapped[i], swapped[i + 2]);
+        for (std::size_t i = 0; i + 2 < swapped.size(); i += 3)
+            std::swap(swapped[i], swapped[i + 2]);
         pixels = swapped.data();
     }
 

@@ -24,8 +24,8 @@ void ProgressBar::update(int done, int failed, double framesPerSecond) {
     char rate[32];
     std::snprintf(rate, sizeof rate, "%.1f", framesPerSecond);
     m_out << '\r' << m_label << " [" << std::string(filled, '#')
-          << std::string(kBarWidth - filled, '.') << "] " << done << '/' << m_total << "  "
-          << rate << " frames/s";
+          << std::string(kBarWidth - filled, '.') << "] " << done << '/' << m_total << "  " << rate
+          << " frames/s";
     if (failed > 0) m_out << "  " << failed << " failed";
     // Blanks over whatever a longer previous line left (a rate that lost a digit).
     m_out << "   " << std::flush;

@@ -9,7 +9,7 @@
 namespace telvarra::cli {
 
 class ProgressBar {
-public:
+  public:
     // Draws nothing at all when `enabled` is false.
     ProgressBar(std::ostream& out, bool enabled, std::string label, int total);
     ~ProgressBar();
@@ -18,7 +18,7 @@ public:
 
     void update(int done, int failed, double framesPerSecond);
 
-private:
+  private:
     std::ostream& m_out;
     bool m_enabled;
     bool m_drawn = false;

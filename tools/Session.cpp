@@ -33,9 +33,12 @@ std::string recordText(const char (&text)[RUVO_TEXT_SIZE]) {
 
 std::string describe(MakeState state) {
     switch (state) {
-        case MakeState::Ready: return "ready";
-        case MakeState::NoDriver: return "no driver in this build";
-        case MakeState::NotStarted: return "its SDK could not be loaded or started";
+        case MakeState::Ready:
+            return "ready";
+        case MakeState::NoDriver:
+            return "no driver in this build";
+        case MakeState::NotStarted:
+            return "its SDK could not be loaded or started";
     }
     return "";
 }
@@ -114,8 +117,8 @@ DeviceInfo Session::open(const std::string& id, Ruvo_CameraType only) {
     }
 
     if (!m_facade->openCamera(id.c_str(), seenBy.front()->type)) {
-        throw CliError(kExitFailed, "camera '" + id +
-                                        "' could not be opened (is another program using it?)");
+        throw CliError(kExitFailed,
+                       "camera '" + id + "' could not be opened (is another program using it?)");
     }
     m_openId = id;
     m_open = true;

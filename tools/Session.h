@@ -26,7 +26,7 @@ std::string recordText(const char (&text)[RUVO_TEXT_SIZE]);
 std::string describe(MakeState state);
 
 class Session {
-public:
+  public:
     // Verbosity 0 keeps the library's log quiet (the program reports errors itself); 1 shows its
     // info lines, 2 its debug lines.
     explicit Session(int verbosity);
@@ -46,7 +46,7 @@ public:
     // The opened camera's identifier, as every per-camera call takes it.
     const char* id() const { return m_openId.c_str(); }
 
-private:
+  private:
     CameraPublicInterface* m_facade;
     std::vector<MakeStatus> m_makes;
     std::string m_openId;

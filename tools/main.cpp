@@ -1,11 +1,10 @@
 // telvarra: lists cameras, shows one, grabs frames into PNG files, reads and writes controls.
 // This file is the command line; the work is in Commands.cpp.
+#include <CLI/CLI.hpp>
 #include <cctype>
 #include <exception>
 #include <iostream>
 #include <string>
-
-#include <CLI/CLI.hpp>
 
 #include "CliError.h"
 #include "Commands.h"
@@ -82,7 +81,8 @@ void collectGrabSettings(Arguments& arguments, const CLI::App& grab) {
     const auto add = [&](const char* name, int value) {
         settings.emplace_back(findControl(name), value);
     };
-    if (grab.count("--format")) add("format", *parseValue(*findControl("format"), arguments.format));
+    if (grab.count("--format"))
+        add("format", *parseValue(*findControl("format"), arguments.format));
     if (arguments.mirror.find('h') != std::string::npos) add("hmirror", 1);
     if (arguments.mirror.find('v') != std::string::npos) add("vmirror", 1);
     if (grab.count("--rotate")) add("rotate", arguments.rotate);
@@ -96,9 +96,10 @@ void collectGrabSettings(Arguments& arguments, const CLI::App& grab) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    CLI::App app{"telvarra: lists industrial cameras, shows their settings and saves frames as "
-                 "PNG files, through the Telvarra library.",
-                 "telvarra"};
+    CLI::App app{
+        "telvarra: lists industrial cameras, shows their settings and saves frames as "
+        "PNG files, through the Telvarra library.",
+        "telvarra"};
     app.require_subcommand(1);
     app.set_version_flag("--version", std::string("telvarra ") + TELVARRA_VERSION_TEXT);
     app.footer(kExitCodes);

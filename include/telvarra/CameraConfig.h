@@ -10,7 +10,7 @@
 #include "telvarra/Export.h"
 
 class TELVARRA_API CameraConfig {
-public:
+  public:
     CameraConfig();
     // Binds the store to `configFile` and loads it; a missing file leaves it empty (and logs).
     explicit CameraConfig(const char* configFile);
@@ -27,7 +27,7 @@ public:
     bool hasKey(const char* key) const;
     bool getConfigFile(char** configFile) const;
 
-private:
+  private:
     bool chooseFile(const char* configFile);
 
     std::string m_configFile;

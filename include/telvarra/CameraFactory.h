@@ -11,7 +11,7 @@
 #include "telvarra/Types.h"
 
 class TELVARRA_API CameraFactory {
-public:
+  public:
     static CameraFactory& getInstance();
 
     // False (and a warning) when the type is taken: the driver is not stored and stays the
@@ -26,7 +26,7 @@ public:
     CameraFactory(const CameraFactory&) = delete;
     CameraFactory& operator=(const CameraFactory&) = delete;
 
-private:
+  private:
     CameraFactory();
     ~CameraFactory();
 

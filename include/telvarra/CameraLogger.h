@@ -13,7 +13,7 @@
 enum class LogLevel : std::int32_t { Debug = 0, Info = 1, Warning = 2, Error = 3 };
 
 class TELVARRA_API CameraLogger {
-public:
+  public:
     static CameraLogger& getInstance();
 
     // Attaches the log to `path`, first trimming a file of more than 5000 lines to its newer
@@ -26,7 +26,7 @@ public:
     CameraLogger(const CameraLogger&) = delete;
     CameraLogger& operator=(const CameraLogger&) = delete;
 
-private:
+  private:
     CameraLogger();
     ~CameraLogger();
 

@@ -9,8 +9,8 @@
 #include <memory>
 #include <string>
 
-#include "telvarra/CameraConfig.h"
 #include "telvarra/Callbacks.h"
+#include "telvarra/CameraConfig.h"
 #include "telvarra/Export.h"
 #include "telvarra/ICamera.h"
 #include "telvarra/ICameraDriver.h"
@@ -19,7 +19,7 @@
 class CameraPublicInterface;
 
 class TELVARRA_API CameraManager {
-public:
+  public:
     CameraManager();
     // Copies share the same camera and configuration objects; the global configuration is
     // copied deeply.
@@ -54,7 +54,7 @@ public:
     void setEventCallback(EventCallback callback, void* user);
     void setImageProcessingCallback(ImageProcessingCallback callback, void* user);
 
-private:
+  private:
     friend class CameraPublicInterface;
 
     std::map<std::string, ICamera*> m_cameras;

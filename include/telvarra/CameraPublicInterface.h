@@ -9,16 +9,16 @@
 #include <memory>
 #include <string>
 
+#include "telvarra/Callbacks.h"
 #include "telvarra/CameraConfig.h"
 #include "telvarra/CameraLogger.h"
 #include "telvarra/CameraManager.h"
-#include "telvarra/Callbacks.h"
 #include "telvarra/Export.h"
 #include "telvarra/ICamera.h"
 #include "telvarra/Types.h"
 
 class TELVARRA_API CameraPublicInterface {
-public:
+  public:
     static CameraPublicInterface* getInstance();
     static void releaseInstance();
 
@@ -95,7 +95,7 @@ public:
     CameraPublicInterface(const CameraPublicInterface&) = delete;
     CameraPublicInterface& operator=(const CameraPublicInterface&) = delete;
 
-private:
+  private:
     CameraPublicInterface();
     ~CameraPublicInterface();
 

@@ -19,8 +19,8 @@ TELVARRA_API bool InitializeCameraSystemByType(Ruvo_CameraType type);
 TELVARRA_API void CleanupCameraSystem(void);
 /* image->data points into the camera's own buffer until its next fetch: copy, never release. */
 TELVARRA_API bool GetCurrentFrame(const char* cameraId, ImageData* image);
-TELVARRA_API bool GetCurrentFrameToBuffer(const char* cameraId, unsigned char* buffer,
-                                          int32_t size, ImageData* image);
+TELVARRA_API bool GetCurrentFrameToBuffer(const char* cameraId, unsigned char* buffer, int32_t size,
+                                          ImageData* image);
 /* Frees image->data with array delete when set; zeroes every field but channels. */
 TELVARRA_API void ReleaseImageData(ImageData* image);
 

@@ -12,9 +12,7 @@ void FaultPlan::failAlways(const std::string& function, int status) {
     m_planned.push_back({function, status, 0});
 }
 
-void FaultPlan::clear() {
-    m_planned.clear();
-}
+void FaultPlan::clear() { m_planned.clear(); }
 
 std::optional<int> FaultPlan::check(const std::string& function) {
     std::optional<int> due;
@@ -52,8 +50,6 @@ std::optional<std::string> CallLog::lastArguments(const std::string& function) c
     return found->second.lastArguments;
 }
 
-void CallLog::clear() {
-    m_entries.clear();
-}
+void CallLog::clear() { m_entries.clear(); }
 
 }  // namespace telvarra::sim

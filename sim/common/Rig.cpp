@@ -15,9 +15,7 @@ namespace telvarra::sim {
 
 namespace {
 
-bool isBlank(char c) {
-    return c == ' ' || c == '\t';
-}
+bool isBlank(char c) { return c == ' ' || c == '\t'; }
 
 bool isMakeName(const std::string& word) {
     static const std::set<std::string> kMakes = {"hikvision", "daheng", "mindvision", "dvp",

@@ -35,9 +35,7 @@ void VirtualDevice::unplug() {
     m_grabbing = false;
 }
 
-void VirtualDevice::replug() {
-    m_plugged = true;
-}
+void VirtualDevice::replug() { m_plugged = true; }
 
 bool VirtualDevice::open(const void* owner) {
     if (!m_plugged || !owner || m_owner) return false;

@@ -11,13 +11,9 @@ using telvarra::sim::hikvision::simulator;
 
 namespace {
 
-std::string text(const char* value) {
-    return value ? value : "";
-}
+std::string text(const char* value) { return value ? value : ""; }
 
-int result(bool ok) {
-    return ok ? 0 : -1;
-}
+int result(bool ok) { return ok ? 0 : -1; }
 
 template <class T, class Out>
 int deliver(const std::optional<T>& value, Out* out) {
@@ -30,29 +26,17 @@ int deliver(const std::optional<T>& value, Out* out) {
 
 extern "C" {
 
-void HikSim_Reset(void) {
-    simulator().reset();
-}
+void HikSim_Reset(void) { simulator().reset(); }
 
-int HikSim_AddDevice(const char* rigLine) {
-    return result(simulator().addDevice(text(rigLine)));
-}
+int HikSim_AddDevice(const char* rigLine) { return result(simulator().addDevice(text(rigLine))); }
 
-int HikSim_LoadRig(const char* path) {
-    return simulator().loadRig(text(path));
-}
+int HikSim_LoadRig(const char* path) { return simulator().loadRig(text(path)); }
 
-int HikSim_RemoveDevice(const char* id) {
-    return result(simulator().removeDevice(text(id)));
-}
+int HikSim_RemoveDevice(const char* id) { return result(simulator().removeDevice(text(id))); }
 
-int HikSim_Unplug(const char* id) {
-    return result(simulator().unplug(text(id)));
-}
+int HikSim_Unplug(const char* id) { return result(simulator().unplug(text(id))); }
 
-int HikSim_Replug(const char* id) {
-    return result(simulator().replug(text(id)));
-}
+int HikSim_Replug(const char* id) { return result(simulator().replug(text(id))); }
 
 int HikSim_SetGainRange(const char* id, float min, float max) {
     return result(simulator().setGainRange(text(id), min, max));
@@ -92,17 +76,13 @@ void HikSim_FailAlways(const char* function, int status) {
     simulator().failAlways(text(function), status);
 }
 
-void HikSim_ClearFaults(void) {
-    simulator().clearFaults();
-}
+void HikSim_ClearFaults(void) { simulator().clearFaults(); }
 
 unsigned int HikSim_CallCount(const char* function) {
     return simulator().callCount(text(function));
 }
 
-void HikSim_ClearCallCounts(void) {
-    simulator().clearCallCounts();
-}
+void HikSim_ClearCallCounts(void) { simulator().clearCallCounts(); }
 
 int HikSim_LastArguments(const char* function, char* buffer, unsigned int size) {
     const auto arguments = simulator().lastArguments(text(function));
@@ -115,9 +95,7 @@ int HikSim_LastArguments(const char* function, char* buffer, unsigned int size) 
     return static_cast<int>(arguments->size());
 }
 
-int HikSim_LastSetGain(float* value) {
-    return deliver(simulator().lastSetGain(), value);
-}
+int HikSim_LastSetGain(float* value) { return deliver(simulator().lastSetGain(), value); }
 
 int HikSim_LastSetExposureTime(float* value) {
     return deliver(simulator().lastSetExposureTime(), value);
@@ -139,8 +117,6 @@ unsigned int HikSim_OutstandingBuffers(void) {
     return static_cast<unsigned int>(simulator().outstandingBuffers());
 }
 
-const char* HikSim_LastError(void) {
-    return simulator().lastError();
-}
+const char* HikSim_LastError(void) { return simulator().lastError(); }
 
 }  // extern "C"

@@ -17,13 +17,9 @@ extern "C" {
 TELVARRA_HIKVISION_FUNCTIONS(HIKSIM_DECLARE_EXPORT)
 #undef HIKSIM_DECLARE_EXPORT
 
-int MV_CC_Initialize(void) {
-    return simulator().initialize();
-}
+int MV_CC_Initialize(void) { return simulator().initialize(); }
 
-int MV_CC_Finalize(void) {
-    return simulator().finalize();
-}
+int MV_CC_Finalize(void) { return simulator().finalize(); }
 
 int MV_CC_CreateHandle(void** handle, const MV_CC_DEVICE_INFO* deviceInfo) {
     return simulator().createHandle(handle, deviceInfo);
@@ -33,9 +29,7 @@ int MV_CC_OpenDevice(void* handle, unsigned int accessMode, unsigned short switc
     return simulator().openDevice(handle, accessMode, switchoverKey);
 }
 
-int MV_CC_DestroyHandle(void* handle) {
-    return simulator().destroyHandle(handle);
-}
+int MV_CC_DestroyHandle(void* handle) { return simulator().destroyHandle(handle); }
 
 int MV_CC_GetEnumValue(void* handle, const char* key, MVCC_ENUMVALUE* value) {
     return simulator().getEnumValue(handle, key, value);
@@ -53,21 +47,13 @@ int MV_CC_SetIntValueEx(void* handle, const char* key, std::int64_t value) {
     return simulator().setIntValueEx(handle, key, value);
 }
 
-bool MV_CC_IsDeviceConnected(void* handle) {
-    return simulator().isDeviceConnected(handle);
-}
+bool MV_CC_IsDeviceConnected(void* handle) { return simulator().isDeviceConnected(handle); }
 
-int MV_CC_CloseDevice(void* handle) {
-    return simulator().closeDevice(handle);
-}
+int MV_CC_CloseDevice(void* handle) { return simulator().closeDevice(handle); }
 
-int MV_CC_StartGrabbing(void* handle) {
-    return simulator().startGrabbing(handle);
-}
+int MV_CC_StartGrabbing(void* handle) { return simulator().startGrabbing(handle); }
 
-int MV_CC_StopGrabbing(void* handle) {
-    return simulator().stopGrabbing(handle);
-}
+int MV_CC_StopGrabbing(void* handle) { return simulator().stopGrabbing(handle); }
 
 int MV_CC_GetImageBuffer(void* handle, MV_FRAME_OUT* frame, unsigned int timeoutMs) {
     return simulator().getImageBuffer(handle, frame, timeoutMs);
@@ -113,9 +99,7 @@ int MV_CC_SetExposureTime(void* handle, float value) {
     return simulator().setExposureTime(handle, value);
 }
 
-unsigned int MV_CC_GetSDKVersion(void) {
-    return simulator().getSdkVersion();
-}
+unsigned int MV_CC_GetSDKVersion(void) { return simulator().getSdkVersion(); }
 
 int MV_CC_GetExposureAutoMode(void* handle, MVCC_ENUMVALUE* value) {
     return simulator().getExposureAutoMode(handle, value);
@@ -141,9 +125,7 @@ int MV_CC_GetGain(void* handle, MVCC_FLOATVALUE* value) {
     return simulator().getGain(handle, value);
 }
 
-int MV_CC_SetGain(void* handle, float value) {
-    return simulator().setGain(handle, value);
-}
+int MV_CC_SetGain(void* handle, float value) { return simulator().setGain(handle, value); }
 
 int MV_CC_SetCommandValue(void* handle, const char* key) {
     return simulator().setCommandValue(handle, key);

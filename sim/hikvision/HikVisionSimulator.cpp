@@ -27,12 +27,8 @@ struct Hex {
     std::int64_t value;
 };
 
-void put(std::ostream& out, const char* text) {
-    out << (text ? text : "(null)");
-}
-void put(std::ostream& out, const Hex& hex) {
-    out << "0x" << std::hex << hex.value << std::dec;
-}
+void put(std::ostream& out, const char* text) { out << (text ? text : "(null)"); }
+void put(std::ostream& out, const Hex& hex) { out << "0x" << std::hex << hex.value << std::dec; }
 template <class T>
 void put(std::ostream& out, const T& value) {
     out << value;

@@ -11,7 +11,7 @@
 namespace telvarra {
 
 class CameraBase : public ICamera {
-public:
+  public:
     bool isConnected() override;
     Ruvo_CameraStatus getStatus() override;
     DeviceInfo& getDeviceInfo(DeviceInfo& info) override;
@@ -31,7 +31,7 @@ public:
     bool getStringValue(const char* name, _RUVO_STRING_VALUE* value) override;
     bool setStringValue(const char* name, const char* value) override;
 
-protected:
+  protected:
     // `deviceInfo` is the make's own copy of its device record; its maximum image size is set to
     // 1280 x 1024 here, as every camera does.
     CameraBase(std::string cameraId, const DeviceInfo& deviceInfo);

@@ -7,10 +7,10 @@
 namespace telvarra {
 
 class CameraDriverBase : public ICameraDriver {
-public:
+  public:
     bool isInitialized() override { return m_initialized; }
 
-protected:
+  protected:
     bool m_initialized = false;
 };
 

@@ -154,17 +154,19 @@ void CameraPublicInterface::setReconnectInterval(const char* cameraId, int32_t i
     ICamera* camera = findOpenCamera(cameraId, LogLevel::Error);
     if (!camera) return;
     camera->setReconnectInterval(intervalMs);
-    logLine(LogLevel::Info, "Set reconnect interval to " + std::to_string(intervalMs) +
-                                "ms for camera: " + id);
+    logLine(LogLevel::Info,
+            "Set reconnect interval to " + std::to_string(intervalMs) + "ms for camera: " + id);
 }
 
 bool CameraPublicInterface::loadCameraConfig(const char* cameraId, const char* configFile) {
-    logLine(LogLevel::Info, "Loading config from " + text(configFile) + " for camera: " + text(cameraId));
+    logLine(LogLevel::Info,
+            "Loading config from " + text(configFile) + " for camera: " + text(cameraId));
     return true;
 }
 
 bool CameraPublicInterface::saveCameraConfig(const char* cameraId, const char* configFile) {
-    logLine(LogLevel::Info, "Saving config to " + text(configFile) + " for camera: " + text(cameraId));
+    logLine(LogLevel::Info,
+            "Saving config to " + text(configFile) + " for camera: " + text(cameraId));
     return true;
 }
 
@@ -208,7 +210,9 @@ bool CameraPublicInterface::getCurrentFrame2(const char* cameraId, unsigned char
                                              int32_t size, ImageData& image, int32_t option) {
     return callCamera(
         cameraId,
-        [&](ICamera& camera) { return camera.getCurrentFrameToBuffer(buffer, size, image, option); },
+        [&](ICamera& camera) {
+            return camera.getCurrentFrameToBuffer(buffer, size, image, option);
+        },
         "Failed to get current frame to buffer from camera: ", "");
 }
 
@@ -216,8 +220,7 @@ bool CameraPublicInterface::registerFrameCallback(const char* cameraId, FrameCal
                                                   void* user) {
     return callCamera(
         cameraId, [&](ICamera& camera) { return camera.registerFrameCallback(callback, user); },
-        "Failed to register frame callback for camera: ",
-        "Registered frame callback for camera: ");
+        "Failed to register frame callback for camera: ", "Registered frame callback for camera: ");
 }
 
 bool CameraPublicInterface::unregisterFrameCallback(const char* cameraId) {
@@ -256,7 +259,9 @@ bool CameraPublicInterface::getImageSize(const char* cameraId, int32_t& width, i
         cameraId, [&](ICamera& camera) { return camera.getImageSize(width, height); }, "", "");
 }
 
-void CameraPublicInterface::releaseImageData(ImageData& image) { telvarra::releaseImageData(image); }
+void CameraPublicInterface::releaseImageData(ImageData& image) {
+    telvarra::releaseImageData(image);
+}
 
 // ---- text parameters
 
@@ -307,8 +312,7 @@ bool CameraPublicInterface::setFixedControl(const char* cameraId, const char* op
 bool CameraPublicInterface::getFixedControl(const char* cameraId, const char* operation,
                                             const CameraCall& call) {
     return callCamera(cameraId, call,
-                      "Failed to get parameter : " + std::string(operation) + " from camera: ",
-                      "");
+                      "Failed to get parameter : " + std::string(operation) + " from camera: ", "");
 }
 
 bool CameraPublicInterface::setCameraHorMirror(const char* cameraId, bool on) {
@@ -393,8 +397,8 @@ bool CameraPublicInterface::setTypedValue(const char* cameraId, const char* name
 
 bool CameraPublicInterface::getTypedValue(const char* cameraId, const char* name,
                                           const CameraCall& call) {
-    return callCamera(cameraId, call, "Failed to get parameter " + text(name) + " from camera: ",
-                      "");
+    return callCamera(cameraId, call,
+                      "Failed to get parameter " + text(name) + " from camera: ", "");
 }
 
 bool CameraPublicInterface::getCameraIntValue(const char* cameraId, const char* name,
@@ -439,8 +443,7 @@ bool CameraPublicInterface::getCameraBoolValue(const char* cameraId, const char*
                          [&](ICamera& camera) { return camera.getBoolValue(name, value); });
 }
 
-bool CameraPublicInterface::setCameraBoolValue(const char* cameraId, const char* name,
-                                               bool value) {
+bool CameraPublicInterface::setCameraBoolValue(const char* cameraId, const char* name, bool value) {
     return setTypedValue(cameraId, name,
                          [&](ICamera& camera) { return camera.setBoolValue(name, value); });
 }

@@ -89,9 +89,11 @@ int32_t mirrorHorizontal(int32_t width, int32_t height, unsigned char*& buffer, 
     const int32_t check = checkMirrorArguments(width, height, buffer, dataSize, channels);
     if (check != kFrameDone) return check;
     if (channels == 1) {
-        reverseEveryRow<1>(buffer, static_cast<std::size_t>(width), static_cast<std::size_t>(height));
+        reverseEveryRow<1>(buffer, static_cast<std::size_t>(width),
+                           static_cast<std::size_t>(height));
     } else {
-        reverseEveryRow<3>(buffer, static_cast<std::size_t>(width), static_cast<std::size_t>(height));
+        reverseEveryRow<3>(buffer, static_cast<std::size_t>(width),
+                           static_cast<std::size_t>(height));
     }
     return kFrameDone;
 }
@@ -100,7 +102,8 @@ int32_t mirrorVertical(int32_t width, int32_t height, unsigned char*& buffer, in
                        int32_t channels) {
     const int32_t check = checkMirrorArguments(width, height, buffer, dataSize, channels);
     if (check != kFrameDone) return check;
-    const std::size_t rowBytes = static_cast<std::size_t>(width) * static_cast<std::size_t>(channels);
+    const std::size_t rowBytes =
+        static_cast<std::size_t>(width) * static_cast<std::size_t>(channels);
     unsigned char* top = buffer;
     unsigned char* bottom = buffer + (static_cast<std::size_t>(height) - 1) * rowBytes;
     for (; top < bottom; top += rowBytes, bottom -= rowBytes) {

@@ -108,12 +108,14 @@ bool CameraConfig::getValue(const char* key, char** value) const {
     if (!key) return false;
     const auto entry = m_values.find(key);
     if (entry == m_values.end()) return false;
-    return copyToCallerBuffer(entry->second, value, "Config value too long for key: " + entry->first);
+    return copyToCallerBuffer(entry->second, value,
+                              "Config value too long for key: " + entry->first);
 }
 
 bool CameraConfig::hasKey(const char* key) const { return key && m_values.count(key) != 0; }
 
 bool CameraConfig::getConfigFile(char** configFile) const {
     if (m_configFile.empty()) return false;
-    return copyToCallerBuffer(m_configFile, configFile, "Config file path too long: " + m_configFile);
+    return copyToCallerBuffer(m_configFile, configFile,
+                              "Config file path too long: " + m_configFile);
 }

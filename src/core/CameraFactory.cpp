@@ -46,7 +46,8 @@ std::vector<ICameraDriver*> CameraFactory::getAllDrivers() {
 std::vector<ICameraDriver*> CameraFactory::getInitializedDrivers() {
     std::vector<ICameraDriver*> drivers;
     for (const auto& [type, driver] : m_drivers) {
-        if (m_initializedFlags[type] && driver && driver->isInitialized()) drivers.push_back(driver);
+        if (m_initializedFlags[type] && driver && driver->isInitialized())
+            drivers.push_back(driver);
     }
     return drivers;
 }

@@ -46,7 +46,8 @@ CameraManager::~CameraManager() {
     for (const auto& [id, camera] : m_cameras) {
         DeviceInfo info;
         camera->getDeviceInfo(info);
-        if (ICameraDriver* driver = registeredDriver(info.cameraType)) driver->destroyCamera(camera);
+        if (ICameraDriver* driver = registeredDriver(info.cameraType))
+            driver->destroyCamera(camera);
     }
     m_cameras.clear();
     uninitializeAllDrivers();
@@ -197,7 +198,8 @@ bool CameraManager::destroyCamera(ICamera* camera) {
     camera->getDeviceInfo(info);
     ICameraDriver* driver = registeredDriver(info.cameraType);
     if (!driver) {
-        logLine(LogLevel::Error, "Driver not found for camera: " + telvarra::fieldText(info.cameraId));
+        logLine(LogLevel::Error,
+                "Driver not found for camera: " + telvarra::fieldText(info.cameraId));
         return false;
     }
 

@@ -9,7 +9,7 @@
 namespace {
 
 class CTelvarraApp {
-public:
+  public:
     CTelvarraApp() { InitInstance(); }
 
     bool InitInstance() {

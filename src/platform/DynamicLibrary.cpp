@@ -36,7 +36,8 @@ bool DynamicLibrary::open(const std::string& fileName) {
     const DWORD error = GetLastError();
     SetThreadErrorMode(previousMode, nullptr);
     m_handle = reinterpret_cast<void*>(module);
-    m_lastError = module ? std::string() : "LoadLibraryW failed with error " + std::to_string(error);
+    m_lastError =
+        module ? std::string() : "LoadLibraryW failed with error " + std::to_string(error);
     return module != nullptr;
 }
 

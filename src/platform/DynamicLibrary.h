@@ -8,7 +8,7 @@
 namespace telvarra::platform {
 
 class DynamicLibrary {
-public:
+  public:
     DynamicLibrary() = default;
     ~DynamicLibrary();
     DynamicLibrary(DynamicLibrary&& other) noexcept;
@@ -25,7 +25,7 @@ public:
     void* symbol(const char* name) const;
     const std::string& lastError() const { return m_lastError; }
 
-private:
+  private:
     void* m_handle = nullptr;
     std::string m_lastError;
 };

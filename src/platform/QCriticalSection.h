@@ -10,7 +10,7 @@
 #endif
 
 class QCriticalSection {
-public:
+  public:
     QCriticalSection();
     virtual ~QCriticalSection();
     QCriticalSection(const QCriticalSection&) = delete;
@@ -20,7 +20,7 @@ public:
     void unlock();
     bool try_lock();
 
-private:
+  private:
 #ifdef _WIN32
     CRITICAL_SECTION m_section;
 #else

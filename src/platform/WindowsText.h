@@ -27,9 +27,8 @@ inline std::wstring toWide(const std::string& text) {
 
 inline std::string toNarrow(const std::wstring& wide) {
     if (wide.empty()) return {};
-    const int length = WideCharToMultiByte(CP_THREAD_ACP, 0, wide.data(),
-                                           static_cast<int>(wide.size()), nullptr, 0, nullptr,
-                                           nullptr);
+    const int length = WideCharToMultiByte(
+        CP_THREAD_ACP, 0, wide.data(), static_cast<int>(wide.size()), nullptr, 0, nullptr, nullptr);
     std::string text(static_cast<size_t>(length), '\0');
     WideCharToMultiByte(CP_THREAD_ACP, 0, wide.data(), static_cast<int>(wide.size()), text.data(),
                         length, nullptr, nullptr);

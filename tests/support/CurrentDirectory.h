@@ -10,7 +10,7 @@
 namespace telvarra::test {
 
 class InTempDirectory {
-public:
+  public:
     InTempDirectory() : m_previous(std::filesystem::current_path()) {
         std::filesystem::current_path(m_directory.path());
     }
@@ -20,7 +20,7 @@ public:
 
     std::string file(const std::string& name) const { return m_directory.file(name); }
 
-private:
+  private:
     TempDir m_directory;
     std::filesystem::path m_previous;
 };

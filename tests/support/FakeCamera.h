@@ -14,7 +14,7 @@
 namespace telvarra::test {
 
 class FakeCamera : public ICamera {
-public:
+  public:
     FakeCamera(const std::string& cameraId, Ruvo_CameraType type) {
         std::memset(&info, 0, sizeof info);
         std::strncpy(info.cameraId, cameraId.c_str(), sizeof info.cameraId - 1);
@@ -122,8 +122,12 @@ public:
     }
     bool setGainByPercent(int32_t p) override { return set("setGainByPercent", gain, p); }
     bool getGainByPercent(int32_t& p) override { return get("getGainByPercent", gain, p); }
-    bool setExposureByPercent(int32_t p) override { return set("setExposureByPercent", exposure, p); }
-    bool getExposureByPercent(int32_t& p) override { return get("getExposureByPercent", exposure, p); }
+    bool setExposureByPercent(int32_t p) override {
+        return set("setExposureByPercent", exposure, p);
+    }
+    bool getExposureByPercent(int32_t& p) override {
+        return get("getExposureByPercent", exposure, p);
+    }
     bool getIntValue(const char*, _RUVO_INT_VALUE* v) override {
         if (v) v->current = 77;
         return answer("getIntValue");
@@ -168,7 +172,7 @@ public:
     void* frameCallbackUser = nullptr;
     std::vector<unsigned char> frame;
 
-private:
+  private:
     template <typename T>
     bool set(const char* operation, T& field, T value) {
         if (!answer(operation)) return false;
@@ -187,8 +191,14 @@ private:
         for (std::size_t i = 0; i < frame.size(); ++i) {
             frame[i] = static_cast<unsigned char>(frameNumber * 10 + static_cast<int>(i));
         }
-        image = ImageData{frame.data(), kFrameWidth, kFrameHeight, 1, RUVO_FORMAT_MONO8,
-                          static_cast<int32_t>(frame.size()), 0, frameNumber};
+        image = ImageData{frame.data(),
+                          kFrameWidth,
+                          kFrameHeight,
+                          1,
+                          RUVO_FORMAT_MONO8,
+                          static_cast<int32_t>(frame.size()),
+                          0,
+                          frameNumber};
     }
 };
 

@@ -17,7 +17,7 @@
 namespace telvarra::test {
 
 class FakeDriver : public ICameraDriver {
-public:
+  public:
     FakeDriver(Ruvo_CameraType type, std::string name)
         : cameraType(type), m_type(type), m_name(std::move(name)) {}
 
@@ -96,7 +96,7 @@ public:
     FakeCamera* lastCreated = nullptr;
     std::vector<std::unique_ptr<FakeCamera>> live;
 
-private:
+  private:
     Ruvo_CameraType m_type;
     std::string m_name;
 };

@@ -24,7 +24,7 @@ inline std::ostream& operator<<(std::ostream& out, const LogEntry& entry) {
 }
 
 class LogCapture {
-public:
+  public:
     LogCapture();
     // Detaches the logger (it goes silent) so that the file can be removed on every platform.
     ~LogCapture();
@@ -33,7 +33,7 @@ public:
     bool contains(const std::string& level, const std::string& message) const;
     const std::string& path() const { return m_path; }
 
-private:
+  private:
     TempDir m_directory;
     std::string m_path;
 };

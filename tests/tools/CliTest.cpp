@@ -92,7 +92,7 @@ std::set<std::string> filesIn(const fs::path& directory) {
 }
 
 class CliTest : public ::testing::Test {
-protected:
+  protected:
     CliTest() { writeFile(m_rigFile, kRig); }
 
     ProgramRun telvarra(const std::vector<std::string>& arguments,
@@ -161,8 +161,8 @@ TEST_F(CliTest, InfoShowsTheRecordFormatsOneFrameAndEveryControl) {
     EXPECT_EQ(shown.at("frame"), "800 x 600, 3 channels, format unknown");
     EXPECT_EQ(shown.at("hmirror"), "off");
     EXPECT_EQ(shown.at("rotate"), "0");
-    for (const char* control : {"format", "vmirror", "zoom", "auto-exposure", "exposure", "gain",
-                                "brightness"}) {
+    for (const char* control :
+         {"format", "vmirror", "zoom", "auto-exposure", "exposure", "gain", "brightness"}) {
         EXPECT_EQ(shown.count(control), 1u) << control;
     }
 }
@@ -227,34 +227,57 @@ TEST_P(GrabOptionTest, ChangesTheSavedPicturesAsTheOptionSays) {
 }
 
 const OptionCase kOptionCases[] = {
-    {"FormatMono8", "TCOL01", {"--format", "mono8"},
+    {"FormatMono8",
+     "TCOL01",
+     {"--format", "mono8"},
      [](std::uint32_t f) { return frameAs("TCOL01", PixelFormat::Mono8, f); }},
-    {"FormatBgr8", "TCOL01", {"--format", "bgr8"},
+    {"FormatBgr8",
+     "TCOL01",
+     {"--format", "bgr8"},
      [](std::uint32_t f) { return frameAs("TCOL01", PixelFormat::Bgr8, f); }},
-    {"FormatRgb8", "TCOL01", {"--format", "rgb8"},
+    {"FormatRgb8",
+     "TCOL01",
+     {"--format", "rgb8"},
      [](std::uint32_t f) { return plainFrame("TCOL01", f); }},
-    {"MirrorH", "TMON01", {"--mirror", "h"},
+    {"MirrorH",
+     "TMON01",
+     {"--mirror", "h"},
      [](std::uint32_t f) { return mirroredLeftRight(plainFrame("TMON01", f)); }},
-    {"MirrorV", "TCOL01", {"--mirror", "v"},
+    {"MirrorV",
+     "TCOL01",
+     {"--mirror", "v"},
      [](std::uint32_t f) { return mirroredTopBottom(plainFrame("TCOL01", f)); }},
-    {"MirrorHV", "TMON01", {"--mirror", "hv"},
+    {"MirrorHV",
+     "TMON01",
+     {"--mirror", "hv"},
      [](std::uint32_t f) { return mirroredTopBottom(mirroredLeftRight(plainFrame("TMON01", f))); }},
-    {"Rotate1", "TMON01", {"--rotate", "1"},
+    {"Rotate1",
+     "TMON01",
+     {"--rotate", "1"},
      [](std::uint32_t f) { return turnedClockwise(plainFrame("TMON01", f), 1); }},
-    {"Rotate2", "TCOL01", {"--rotate", "2"},
+    {"Rotate2",
+     "TCOL01",
+     {"--rotate", "2"},
      [](std::uint32_t f) { return turnedClockwise(plainFrame("TCOL01", f), 2); }},
-    {"Rotate3", "TMON01", {"--rotate", "3"},
+    {"Rotate3",
+     "TMON01",
+     {"--rotate", "3"},
      [](std::uint32_t f) { return turnedClockwise(plainFrame("TMON01", f), 3); }},
-    {"Zoom1", "TMON01", {"--zoom", "1"},
+    {"Zoom1",
+     "TMON01",
+     {"--zoom", "1"},
      [](std::uint32_t f) { return zoomed(plainFrame("TMON01", f), 1); }},
-    {"Zoom2", "TCOL01", {"--zoom", "2"},
+    {"Zoom2",
+     "TCOL01",
+     {"--zoom", "2"},
      [](std::uint32_t f) { return zoomed(plainFrame("TCOL01", f), 2); }},
     // Mirror, then turn, then zoom into the turned frame.
-    {"MirrorRotateZoomFormat", "TCOL01",
+    {"MirrorRotateZoomFormat",
+     "TCOL01",
      {"--zoom", "2", "--rotate", "1", "--mirror", "h", "--format", "bgr8"},
      [](std::uint32_t f) {
-         return zoomed(turnedClockwise(mirroredLeftRight(frameAs("TCOL01", PixelFormat::Bgr8, f)), 1),
-                       2);
+         return zoomed(
+             turnedClockwise(mirroredLeftRight(frameAs("TCOL01", PixelFormat::Bgr8, f)), 1), 2);
      }},
 };
 
@@ -274,7 +297,8 @@ TEST_F(CliTest, GetPrintsJustTheValueAndSetPrintsWhatTheCameraTook) {
     EXPECT_EQ(value({"get", "TMON01", "format", "--type", "hikvision"}), "mono8\n");
     EXPECT_EQ(value({"set", "TMON01", "rotate", "3"}), "rotate 3\n");
     EXPECT_EQ(value({"set", "TCOL01", "format", "bgr8"}), "format bgr8\n");
-    EXPECT_TRUE(std::regex_match(value({"set", "TCOL01", "gain", "40"}), std::regex("gain (39|40)\n")));
+    EXPECT_TRUE(
+        std::regex_match(value({"set", "TCOL01", "gain", "40"}), std::regex("gain (39|40)\n")));
     EXPECT_FALSE(value({"get", "TCOL01", "ExposureTarget"}).empty()) << "a text parameter";
     EXPECT_EQ(value({"set", "TCOL01", "ExposureTarget", "12"}), "ExposureTarget 12\n");
 
@@ -313,8 +337,8 @@ TEST_F(CliTest, BadArgumentsExitWithTwoAndTouchNoCamera) {
         for (const auto& argument : arguments) line += " " + argument;
         std::vector<std::string> withOutput = arguments;
         withOutput.insert(withOutput.end(), {"-o", "out"});
-        const ProgramRun run = telvarra(arguments.size() > 1 && arguments[0] == "grab" ? withOutput
-                                                                                       : arguments);
+        const ProgramRun run =
+            telvarra(arguments.size() > 1 && arguments[0] == "grab" ? withOutput : arguments);
         EXPECT_EQ(run.exitCode, 2) << line << "\n" << run.out << run.err;
         EXPECT_TRUE(contains(run.err, "telvarra: error: ")) << line;
         EXPECT_EQ(run.out, "") << line;
@@ -367,14 +391,16 @@ TEST_F(CliTest, SettingsTheCameraRefusesExitWithOneAndSaveNothing) {
 
 TEST_F(CliTest, EveryCommandExplainsItselfWithHelp) {
     for (const std::string command : {"", "list", "info", "grab", "get", "set"}) {
-        const ProgramRun run = command.empty() ? telvarra({"--help"}) : telvarra({command, "--help"});
+        const ProgramRun run =
+            command.empty() ? telvarra({"--help"}) : telvarra({command, "--help"});
         EXPECT_EQ(run.exitCode, 0) << command;
         EXPECT_TRUE(contains(run.out, "Usage: telvarra " + command)) << command;
         EXPECT_TRUE(contains(run.out, "Exit codes:")) << command;
     }
     const ProgramRun grab = telvarra({"grab", "--help"});
-    for (const char* option : {"--count", "--output", "--format", "--mirror", "--rotate", "--zoom",
-                               "--gain", "--exposure", "--brightness", "--auto-exposure", "--type"}) {
+    for (const char* option :
+         {"--count", "--output", "--format", "--mirror", "--rotate", "--zoom", "--gain",
+          "--exposure", "--brightness", "--auto-exposure", "--type"}) {
         EXPECT_TRUE(contains(grab.out, option));
     }
 }

@@ -72,9 +72,9 @@ Image readPng(const std::string& path, std::string& problem) {
     problem = chunkProblem(file);
     if (!problem.empty()) return {};
     int width = 0, height = 0, channels = 0;
-    stbi_uc* decoded = stbi_load_from_memory(reinterpret_cast<const stbi_uc*>(file.data()),
-                                             static_cast<int>(file.size()), &width, &height,
-                                             &channels, 0);
+    stbi_uc* decoded =
+        stbi_load_from_memory(reinterpret_cast<const stbi_uc*>(file.data()),
+                              static_cast<int>(file.size()), &width, &height, &channels, 0);
     if (!decoded) {
         problem = std::string("undecodable: ") + stbi_failure_reason();
         return {};
@@ -140,10 +140,9 @@ Image zoomed(const Image& image, int level) {
 std::string difference(const Image& actual, const Image& expected) {
     if (actual.width != expected.width || actual.height != expected.height ||
         actual.channels != expected.channels) {
-        return "shape " + std::to_string(actual.width) + "x" + std::to_string(actual.height) +
-               "x" + std::to_string(actual.channels) + ", expected " +
-               std::to_string(expected.width) + "x" + std::to_string(expected.height) + "x" +
-               std::to_string(expected.channels);
+        return "shape " + std::to_string(actual.width) + "x" + std::to_string(actual.height) + "x" +
+               std::to_string(actual.channels) + ", expected " + std::to_string(expected.width) +
+               "x" + std::to_string(expected.height) + "x" + std::to_string(expected.channels);
     }
     for (std::size_t i = 0; i < actual.pixels.size(); ++i) {
         if (actual.pixels[i] == expected.pixels[i]) continue;

@@ -22,13 +22,13 @@ ProgramRun runProgram(const std::string& program, const std::vector<std::string>
 
 // Sets (or, with nullopt, removes) an environment variable for the life of the object.
 class ScopedEnvironment {
-public:
+  public:
     ScopedEnvironment(std::string name, const std::optional<std::string>& value);
     ~ScopedEnvironment();
     ScopedEnvironment(const ScopedEnvironment&) = delete;
     ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
 
-private:
+  private:
     std::string m_name;
     std::optional<std::string> m_previous;
 };

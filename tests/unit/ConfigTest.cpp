@@ -9,8 +9,8 @@
 #include "telvarra/CameraConfig.h"
 
 using telvarra::test::LogCapture;
-using telvarra::test::TempDir;
 using telvarra::test::readLines;
+using telvarra::test::TempDir;
 using telvarra::test::writeFile;
 
 namespace {
@@ -45,7 +45,7 @@ std::string valueOf(const CameraConfig& config, const char* key) {
 }
 
 class ConfigTest : public ::testing::Test {
-protected:
+  protected:
     TempDir directory;
     LogCapture log;
 };

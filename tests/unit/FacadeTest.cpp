@@ -14,7 +14,7 @@ using namespace telvarra::test;
 namespace {
 
 class FacadeTest : public ::testing::Test {
-protected:
+  protected:
     FakeDrivers& fakes = fakeDrivers();
     InTempDirectory directory;
     LogCapture log;
@@ -68,7 +68,8 @@ std::vector<MemberCase> memberCases() {
     using F = CameraPublicInterface;
     const std::string setOp = "Failed to set parameter : ", getOp = "Failed to get parameter : ";
     return {
-        {"startCapture", "startAcquisition", [](F& f, const char* id) { return f.startCapture(id); },
+        {"startCapture", "startAcquisition",
+         [](F& f, const char* id) { return f.startCapture(id); },
          "Failed to start capture on camera: ", "Started capture on camera: "},
         {"stopCapture", "stopAcquisition", [](F& f, const char* id) { return f.stopCapture(id); },
          "Failed to stop capture on camera: ", "Stopped capture on camera: "},
@@ -78,11 +79,14 @@ std::vector<MemberCase> memberCases() {
          [](F& f, const char* id) { return f.getCurrentFrame(id, frame, 0); },
          "Failed to get current frame from camera: ", ""},
         {"getCurrentFrame2", "getCurrentFrameToBuffer",
-         [](F& f, const char* id) { return f.getCurrentFrame2(id, buffer, sizeof buffer, frame, 0); },
+         [](F& f, const char* id) {
+             return f.getCurrentFrame2(id, buffer, sizeof buffer, frame, 0);
+         },
          "Failed to get current frame to buffer from camera: ", ""},
         {"registerFrameCallback", "registerFrameCallback",
          [](F& f, const char* id) { return f.registerFrameCallback(id, noFrames, nullptr); },
-         "Failed to register frame callback for camera: ", "Registered frame callback for camera: "},
+         "Failed to register frame callback for camera: ",
+         "Registered frame callback for camera: "},
         {"unregisterFrameCallback", "unregisterFrameCallback",
          [](F& f, const char* id) { return f.unregisterFrameCallback(id); },
          "Failed to unregister frame callback for camera: ",
@@ -113,7 +117,8 @@ std::vector<MemberCase> memberCases() {
         {"getCameraVerMirror", "getVerMirror",
          [](F& f, const char* id) { return f.getCameraVerMirror(id, flag); },
          getOp + "getVerMirror from camera: ", ""},
-        {"setCameraRotate", "setRotate", [](F& f, const char* id) { return f.setCameraRotate(id, 1); },
+        {"setCameraRotate", "setRotate",
+         [](F& f, const char* id) { return f.setCameraRotate(id, 1); },
          setOp + "setRotate on camera: ", "Set parameter : setRotate on camera: "},
         {"getCameraRotate", "getRotate",
          [](F& f, const char* id) { return f.getCameraRotate(id, number); },
@@ -360,11 +365,14 @@ TEST_F(FacadeTest, SettingsSurviveCloseAndReopenThroughTheCameraConfigFile) {
     EXPECT_TRUE(facade->setCameraParameter("cam", "CameraImageZoomIn", "1"));
     EXPECT_TRUE(facade->closeCamera("cam"));
 
-    const std::vector<std::string> expected = {
-        "CameraImageZoomIn=1",           "setCameraBrightnessByPercent=60",
-        "setCameraExposureByPercent=75", "setCameraExposureMod=0",
-        "setCameraGainByPercent=25",     "setCameraHorMirror=1",
-        "setCameraRotate=2",             "setCameraVerMirror=1"};
+    const std::vector<std::string> expected = {"CameraImageZoomIn=1",
+                                               "setCameraBrightnessByPercent=60",
+                                               "setCameraExposureByPercent=75",
+                                               "setCameraExposureMod=0",
+                                               "setCameraGainByPercent=25",
+                                               "setCameraHorMirror=1",
+                                               "setCameraRotate=2",
+                                               "setCameraVerMirror=1"};
     EXPECT_EQ(readLines(directory.file("camera_cam.cfg")), expected);
 
     openCam();

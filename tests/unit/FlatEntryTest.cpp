@@ -11,7 +11,7 @@ using namespace telvarra::test;
 namespace {
 
 class FlatEntryTest : public ::testing::Test {
-protected:
+  protected:
     FakeDrivers& fakes = fakeDrivers();
     InTempDirectory directory;
     LogCapture log;

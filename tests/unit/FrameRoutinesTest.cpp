@@ -22,7 +22,8 @@ struct Frame {
     Bytes bytes;
 
     Frame(int32_t w, int32_t h, int32_t c) : width(w), height(h), channels(c), bytes(w * h * c) {
-        for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<unsigned char>(i * 7 + 3);
+        for (std::size_t i = 0; i < bytes.size(); ++i)
+            bytes[i] = static_cast<unsigned char>(i * 7 + 3);
     }
     int32_t size() const { return static_cast<int32_t>(bytes.size()); }
     Bytes pixel(int32_t x, int32_t y) const {
@@ -152,8 +153,8 @@ TEST(FrameRoutinesTest, CompositionsHoldOnRandomFrames) {
         const int32_t channels = round % 2 ? 3 : 1;
         Frame original(side(random), side(random), channels);
         for (auto& b : original.bytes) b = static_cast<unsigned char>(byte(random));
-        SCOPED_TRACE(std::to_string(original.width) + "x" + std::to_string(original.height) +
-                     "x" + std::to_string(channels));
+        SCOPED_TRACE(std::to_string(original.width) + "x" + std::to_string(original.height) + "x" +
+                     std::to_string(channels));
 
         Frame quarter = original;
         ASSERT_EQ(rotate(quarter, 1), 1);

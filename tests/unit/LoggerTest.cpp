@@ -9,8 +9,8 @@
 
 using telvarra::test::LogCapture;
 using telvarra::test::LogEntry;
-using telvarra::test::TempDir;
 using telvarra::test::readLines;
+using telvarra::test::TempDir;
 using telvarra::test::writeFile;
 
 namespace {
@@ -24,7 +24,7 @@ void writeNumberedLines(const std::string& path, int count) {
 }
 
 class LoggerTest : public ::testing::Test {
-protected:
+  protected:
     void TearDown() override {
         logger().setLogLevel(LogLevel::Info);
         telvarra::test::detachLogger();

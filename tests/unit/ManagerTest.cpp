@@ -18,7 +18,7 @@ std::unique_ptr<_RUVO_DEVICE_INFO_LIST> emptyList() {
 }
 
 class ManagerTest : public ::testing::Test {
-protected:
+  protected:
     FakeDrivers& fakes = fakeDrivers();
     InTempDirectory directory;
     LogCapture log;
@@ -152,8 +152,8 @@ TEST_F(ManagerTest, CreateGoesOnAfterADriverThatMakesNoCamera) {
 TEST_F(ManagerTest, OverlongIdentifiersMatchNothingAndOverflowNothing) {
     fakes.alpha.deviceIds = {std::string(255, 'x')};
     manager->initializeAllDrivers();
-    for (const std::string& id : {std::string(256, 'x'), std::string(300, 'x'),
-                                  std::string(10000, 'x')}) {
+    for (const std::string& id :
+         {std::string(256, 'x'), std::string(300, 'x'), std::string(10000, 'x')}) {
         EXPECT_EQ(manager->createCamera(id.c_str(), RUVO_CAMERA_ANY), nullptr);
         EXPECT_TRUE(log.contains("ERROR", "Camera not found: " + id));
     }

@@ -61,8 +61,10 @@ TEST(RecordsTest, DeviceRecordCarriesTheTextsTypeAndAvailability) {
 TEST(RecordsTest, AppendStopsAtTheListCapacity) {
     auto list = std::make_unique<_RUVO_DEVICE_INFO_LIST>();
     list->count = 0;
-    const DeviceInfo record = telvarra::makeDeviceRecord(RUVO_CAMERA_DVP, {"id", "", "", "", "", ""});
-    for (int i = 0; i < RUVO_MAX_DEVICES; ++i) ASSERT_TRUE(telvarra::appendDeviceRecord(*list, record));
+    const DeviceInfo record =
+        telvarra::makeDeviceRecord(RUVO_CAMERA_DVP, {"id", "", "", "", "", ""});
+    for (int i = 0; i < RUVO_MAX_DEVICES; ++i)
+        ASSERT_TRUE(telvarra::appendDeviceRecord(*list, record));
     EXPECT_FALSE(telvarra::appendDeviceRecord(*list, record));
     EXPECT_EQ(list->count, static_cast<uint32_t>(RUVO_MAX_DEVICES));
     EXPECT_STREQ(list->devices[RUVO_MAX_DEVICES - 1].cameraId, "id");

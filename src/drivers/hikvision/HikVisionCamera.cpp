@@ -28,26 +28,34 @@ constexpr char kZoomReset[] = "CameraImageZoomInReturnNormal";
 constexpr char kParameterAnswer[] = "100";
 
 DeviceInfo constructorRecord(const std::string& cameraId) {
-    return makeDeviceRecord(RUVO_CAMERA_HIKVISION, {cameraId, "HikVision", "222222",
-                                                    "HikVision ace", "productName",
-                                                    "friendlyName"});
+    return makeDeviceRecord(
+        RUVO_CAMERA_HIKVISION,
+        {cameraId, "HikVision", "222222", "HikVision ace", "productName", "friendlyName"});
 }
 
 const char* formatText(Ruvo_ImageFormat format) {
     switch (format) {
-        case RUVO_FORMAT_MONO8: return "MONO8";
-        case RUVO_FORMAT_RGB8: return "RGB8";
-        case RUVO_FORMAT_BGR8: return "BGR8";
-        default: return "UNKNOWN";
+        case RUVO_FORMAT_MONO8:
+            return "MONO8";
+        case RUVO_FORMAT_RGB8:
+            return "RGB8";
+        case RUVO_FORMAT_BGR8:
+            return "BGR8";
+        default:
+            return "UNKNOWN";
     }
 }
 
 Ruvo_ImageFormat formatOfPixelType(uint32_t pixelType) {
     switch (pixelType) {
-        case PixelType_Gvsp_Mono8: return RUVO_FORMAT_MONO8;
-        case PixelType_Gvsp_RGB8_Packed: return RUVO_FORMAT_RGB8;
-        case PixelType_Gvsp_BGR8_Packed: return RUVO_FORMAT_BGR8;
-        default: return RUVO_FORMAT_UNKNOWN;
+        case PixelType_Gvsp_Mono8:
+            return RUVO_FORMAT_MONO8;
+        case PixelType_Gvsp_RGB8_Packed:
+            return RUVO_FORMAT_RGB8;
+        case PixelType_Gvsp_BGR8_Packed:
+            return RUVO_FORMAT_BGR8;
+        default:
+            return RUVO_FORMAT_UNKNOWN;
     }
 }
 
@@ -60,10 +68,14 @@ bool needsConversion(Ruvo_ImageFormat format) {
 
 uint32_t bayerPixelType(Ruvo_ImageFormat format) {
     switch (format) {
-        case RUVO_FORMAT_BAYER_GR8: return PixelType_Gvsp_BayerGR8;
-        case RUVO_FORMAT_BAYER_RG8: return PixelType_Gvsp_BayerRG8;
-        case RUVO_FORMAT_BAYER_GB8: return PixelType_Gvsp_BayerGB8;
-        default: return PixelType_Gvsp_BayerBG8;
+        case RUVO_FORMAT_BAYER_GR8:
+            return PixelType_Gvsp_BayerGR8;
+        case RUVO_FORMAT_BAYER_RG8:
+            return PixelType_Gvsp_BayerRG8;
+        case RUVO_FORMAT_BAYER_GB8:
+            return PixelType_Gvsp_BayerGB8;
+        default:
+            return PixelType_Gvsp_BayerBG8;
     }
 }
 
@@ -140,10 +152,12 @@ bool HikVisionCamera::readPixelFormat() {
     m_imageFormat = formatOfPixelType(pixelFormat.nCurValue);
     if (m_imageFormat == RUVO_FORMAT_UNKNOWN) m_rawPixelType = pixelFormat.nCurValue;
     m_channels = channelsOf(m_imageFormat);
-    logInfo(std::string("Initializing HikVision camera, CurImageFormat:") + formatText(m_imageFormat));
+    logInfo(std::string("Initializing HikVision camera, CurImageFormat:") +
+            formatText(m_imageFormat));
     logInfo("Initializing HikVision camera, CurChannelCount:" + std::to_string(m_channels));
 
-    const uint32_t supported = std::min<uint32_t>(pixelFormat.nSupportedNum, MV_MAX_XML_SYMBOLIC_NUM);
+    const uint32_t supported =
+        std::min<uint32_t>(pixelFormat.nSupportedNum, MV_MAX_XML_SYMBOLIC_NUM);
     logInfo("Initializing HikVision camera, ReadImageFormat-Count:" + std::to_string(supported));
     _RUVO_IMAGE_FORMAT_LIST& formats = m_deviceInfo.supportedFormats;
     formats = _RUVO_IMAGE_FORMAT_LIST{};
@@ -151,7 +165,8 @@ bool HikVisionCamera::readPixelFormat() {
         const Ruvo_ImageFormat format = formatOfPixelType(pixelFormat.nSupportValue[i]);
         if (format == RUVO_FORMAT_UNKNOWN) continue;
         formats.formats[formats.count++] = format;
-        logInfo(std::string("Initializing HikVision camera, ReadImageFormat:") + formatText(format));
+        logInfo(std::string("Initializing HikVision camera, ReadImageFormat:") +
+                formatText(format));
     }
 
     MVCC_INTVALUE_EX width{}, height{};
@@ -172,7 +187,8 @@ void HikVisionCamera::closeHandle() {
 bool HikVisionCamera::connect() {
     std::lock_guard<QCriticalSection> guard(m_cameraLock);
     if (m_connected) {
-        CameraLogger::getInstance().log(LogLevel::Warning, "Camera already connected: " + m_cameraId);
+        CameraLogger::getInstance().log(LogLevel::Warning,
+                                        "Camera already connected: " + m_cameraId);
         return true;
     }
     logInfo("Connecting to HikVision camera: " + m_cameraId);
@@ -224,7 +240,8 @@ bool HikVisionCamera::startAcquisition() {
         return false;
     }
     if (m_acquiring) {
-        CameraLogger::getInstance().log(LogLevel::Warning, "Camera already streaming: " + m_cameraId);
+        CameraLogger::getInstance().log(LogLevel::Warning,
+                                        "Camera already streaming: " + m_cameraId);
         return true;
     }
     if (m_handle && m_sdk.MV_CC_StartGrabbing(m_handle) == MV_OK) {
@@ -262,8 +279,8 @@ bool HikVisionCamera::stopAcquisition() {
 
 bool HikVisionCamera::setParameter(const char* name, const char* value) {
     const std::string key = name ? name : "";
-    logInfo("Setting parameter " + key + "=" + (value ? value : "") + " on HikVision camera: " +
-            m_cameraId);
+    logInfo("Setting parameter " + key + "=" + (value ? value : "") +
+            " on HikVision camera: " + m_cameraId);
     if (!m_handle) return false;
     const bool sensorZoomable =
         m_sensorWidth >= kZoomMinimumSide && m_sensorHeight >= kZoomMinimumSide;
@@ -312,10 +329,11 @@ bool HikVisionCamera::setPixelFormat(uint32_t pixelType, Ruvo_ImageFormat format
 
 bool HikVisionCamera::setImageFormat(Ruvo_ImageFormat format) {
     const _RUVO_IMAGE_FORMAT_LIST& supported = m_deviceInfo.supportedFormats;
-    const auto end = supported.formats + std::min<uint32_t>(supported.count, RUVO_MAX_IMAGE_FORMATS);
+    const auto end =
+        supported.formats + std::min<uint32_t>(supported.count, RUVO_MAX_IMAGE_FORMATS);
     const bool listed = std::find(supported.formats, end, format) != end;
-    const bool known = format == RUVO_FORMAT_MONO8 || format == RUVO_FORMAT_RGB8 ||
-                       format == RUVO_FORMAT_BGR8;
+    const bool known =
+        format == RUVO_FORMAT_MONO8 || format == RUVO_FORMAT_RGB8 || format == RUVO_FORMAT_BGR8;
     if (!listed || !known) {
         logInfo(std::string("Initializing HikVision camera, SetImageFormat-Cur:") +
                 formatText(m_imageFormat));
@@ -388,7 +406,9 @@ bool HikVisionCamera::setRotate(int32_t quarterTurns) {
     return storeFlag(m_rotation, std::clamp(quarterTurns, 0, 3));
 }
 
-bool HikVisionCamera::getRotate(int32_t& quarterTurns) { return readFlag(m_rotation, quarterTurns); }
+bool HikVisionCamera::getRotate(int32_t& quarterTurns) {
+    return readFlag(m_rotation, quarterTurns);
+}
 
 // ---- exposure mode and percent controls
 
@@ -494,8 +514,8 @@ bool HikVisionCamera::getCurrentFrame(ImageData& image, int32_t) {
     return fetchFrame(image);
 }
 
-bool HikVisionCamera::getCurrentFrameToBuffer(unsigned char* buffer, int32_t size,
-                                              ImageData& image, int32_t) {
+bool HikVisionCamera::getCurrentFrameToBuffer(unsigned char* buffer, int32_t size, ImageData& image,
+                                              int32_t) {
     if (!m_connected || !m_acquiring) {
         CameraLogger::getInstance().log(LogLevel::Error, "Camera not streaming: " + m_cameraId);
         return false;
@@ -549,7 +569,8 @@ bool HikVisionCamera::storeFrame(const MV_FRAME_OUT& frame, ImageData& image) {
         MV_CC_PIXEL_CONVERT_PARAM_EX convert{};
         convert.nWidth = width;
         convert.nHeight = height;
-        convert.enSrcPixelType = format == RUVO_FORMAT_UNKNOWN ? m_rawPixelType : bayerPixelType(format);
+        convert.enSrcPixelType =
+            format == RUVO_FORMAT_UNKNOWN ? m_rawPixelType : bayerPixelType(format);
         convert.pSrcData = frame.pBufAddr;
         convert.nSrcDataLen = info.nFrameLen;
         convert.enDstPixelType = PixelType_Gvsp_RGB8_Packed;
@@ -572,14 +593,12 @@ bool HikVisionCamera::storeFrame(const MV_FRAME_OUT& frame, ImageData& image) {
 
 bool HikVisionCamera::applyGeometry(ImageData& image) {
     unsigned char* data = image.data;
-    if (m_horMirror &&
-        mirrorHorizontal(image.width, image.height, data, image.dataSize, image.channels) !=
-            kFrameDone) {
+    if (m_horMirror && mirrorHorizontal(image.width, image.height, data, image.dataSize,
+                                        image.channels) != kFrameDone) {
         return false;
     }
-    if (m_verMirror &&
-        mirrorVertical(image.width, image.height, data, image.dataSize, image.channels) !=
-            kFrameDone) {
+    if (m_verMirror && mirrorVertical(image.width, image.height, data, image.dataSize,
+                                      image.channels) != kFrameDone) {
         return false;
     }
     const int32_t turns = m_rotation;

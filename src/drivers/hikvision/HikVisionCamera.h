@@ -18,7 +18,7 @@
 namespace telvarra::hikvision {
 
 class HikVisionCamera : public CameraBase {
-public:
+  public:
     explicit HikVisionCamera(const std::string& cameraId);
     ~HikVisionCamera() override;
 
@@ -53,7 +53,7 @@ public:
     bool setExposureByPercent(int32_t percent) override;
     bool getExposureByPercent(int32_t& percent) override;
 
-private:
+  private:
     bool findDevice();
     bool openDevice();
     bool readPixelFormat();

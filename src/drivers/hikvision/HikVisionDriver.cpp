@@ -30,12 +30,18 @@ std::string DeviceTexts::displayName() const {
 
 std::optional<DeviceTexts> readDeviceTexts(const MV_CC_DEVICE_INFO& device) {
     switch (device.nTLayerType) {
-        case MV_GIGE_DEVICE: return textsOf(device.SpecialInfo.stGigEInfo);
-        case MV_USB_DEVICE: return textsOf(device.SpecialInfo.stUsb3VInfo);
-        case MV_GENTL_CAMERALINK_DEVICE: return textsOf(device.SpecialInfo.stCMLInfo);
-        case MV_GENTL_CXP_DEVICE: return textsOf(device.SpecialInfo.stCXPInfo);
-        case MV_GENTL_XOF_DEVICE: return textsOf(device.SpecialInfo.stXoFInfo);
-        default: return std::nullopt;
+        case MV_GIGE_DEVICE:
+            return textsOf(device.SpecialInfo.stGigEInfo);
+        case MV_USB_DEVICE:
+            return textsOf(device.SpecialInfo.stUsb3VInfo);
+        case MV_GENTL_CAMERALINK_DEVICE:
+            return textsOf(device.SpecialInfo.stCMLInfo);
+        case MV_GENTL_CXP_DEVICE:
+            return textsOf(device.SpecialInfo.stCXPInfo);
+        case MV_GENTL_XOF_DEVICE:
+            return textsOf(device.SpecialInfo.stXoFInfo);
+        default:
+            return std::nullopt;
     }
 }
 
@@ -48,8 +54,8 @@ HikVisionDriver::~HikVisionDriver() {
 bool HikVisionDriver::initialize() {
     if (m_initialized) return true;
     logLine(LogLevel::Info, "Initializing HikVision driver");
-    m_initialized = loadHikVisionSdk() == kHikVisionSdkLoaded &&
-                    hikVisionSdk().MV_CC_Initialize() == MV_OK;
+    m_initialized =
+        loadHikVisionSdk() == kHikVisionSdkLoaded && hikVisionSdk().MV_CC_Initialize() == MV_OK;
     // A library that lacks a name, or an SDK that will not start, is released whole.
     if (!m_initialized) unloadHikVisionSdk();
     return m_initialized;

@@ -29,7 +29,7 @@ struct DeviceTexts {
 std::optional<DeviceTexts> readDeviceTexts(const MV_CC_DEVICE_INFO& device);
 
 class HikVisionDriver : public CameraDriverBase {
-public:
+  public:
     HikVisionDriver();
     ~HikVisionDriver() override;
 
@@ -41,7 +41,7 @@ public:
     std::string getDriverName() override;
     Ruvo_CameraType getDriverType() override;
 
-private:
+  private:
     // Refilled by every enumeration; the records it points to are the SDK's.
     std::unique_ptr<MV_CC_DEVICE_INFO_LIST> m_deviceList;
 };

@@ -18,13 +18,9 @@ platform::DynamicLibrary& library() { return g_library; }
 
 }  // namespace
 
-const HikVisionFunctions& hikVisionSdk() {
-    return table();
-}
+const HikVisionFunctions& hikVisionSdk() { return table(); }
 
-std::string hikVisionSdkFileName() {
-    return platform::sharedLibraryFileName("MvCameraControl");
-}
+std::string hikVisionSdkFileName() { return platform::sharedLibraryFileName("MvCameraControl"); }
 
 int loadHikVisionSdk(const std::string& fileName) {
     if (!library().open(fileName)) return kHikVisionSdkFailed;
@@ -38,12 +34,8 @@ int loadHikVisionSdk(const std::string& fileName) {
     return allFound ? kHikVisionSdkLoaded : kHikVisionSdkFailed;
 }
 
-void unloadHikVisionSdk() {
-    library().close();
-}
+void unloadHikVisionSdk() { library().close(); }
 
-bool hikVisionSdkLibraryLoaded() {
-    return library().isOpen();
-}
+bool hikVisionSdkLibraryLoaded() { return library().isOpen(); }
 
 }  // namespace telvarra::hikvision

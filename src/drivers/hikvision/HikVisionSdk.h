@@ -21,9 +21,7 @@ namespace telvarra::hikvision {
 
 // ---- Status codes: 0 is success, failures are 0x8000xxxx (negative as int). ----
 
-constexpr int mvStatus(std::uint32_t code) {
-    return static_cast<int>(code);
-}
+constexpr int mvStatus(std::uint32_t code) { return static_cast<int>(code); }
 
 constexpr int MV_OK = 0;
 constexpr int MV_E_HANDLE = mvStatus(0x80000000u);
@@ -601,9 +599,10 @@ std::string hikVisionSdkFileName();
 
 // Opens `fileName` (a bare name goes through the system search order) as the process-wide
 // HikVision library, closing any library held before (also when this one fails to load), and
-// binds every listed name in list order. Returns kHikVisionSdkLoaded when all are found. Returns kHikVisionSdkFailed when the
-// library does not load (the table is left alone) or lacks a name (the table holds what was
-// found and the library stays open: releasing it is the caller's decision). Logs nothing.
+// binds every listed name in list order. Returns kHikVisionSdkLoaded when all are found. Returns
+// kHikVisionSdkFailed when the library does not load (the table is left alone) or lacks a name (the
+// table holds what was found and the library stays open: releasing it is the caller's decision).
+// Logs nothing.
 int loadHikVisionSdk(const std::string& fileName = hikVisionSdkFileName());
 
 // Releases the library when one is held. The table keeps its (now dangling) pointers.

@@ -218,8 +218,9 @@ TEST_F(HikVisionTest, RotationIsClampedAndMirrorsRoundTrip) {
 }
 
 // Each SDK call of the open path, failed once, fails the open and leaves nothing behind.
-class HikVisionOpenFaultTest : public HikVisionTest,
-                               public ::testing::WithParamInterface<std::pair<const char*, unsigned>> {};
+class HikVisionOpenFaultTest
+    : public HikVisionTest,
+      public ::testing::WithParamInterface<std::pair<const char*, unsigned>> {};
 
 TEST_P(HikVisionOpenFaultTest, FailedOpenReleasesTheDeviceAndTheNextOpenWorks) {
     const auto [function, nth] = GetParam();
@@ -237,17 +238,17 @@ TEST_P(HikVisionOpenFaultTest, FailedOpenReleasesTheDeviceAndTheNextOpenWorks) {
 
 // The camera's own enumeration is the second one of an open (the manager's comes first); the
 // trigger mode is read before the pixel format.
-INSTANTIATE_TEST_SUITE_P(
-    OpenPath, HikVisionOpenFaultTest,
-    ::testing::Values(std::make_pair("MV_CC_EnumDevices", 2u),
-                      std::make_pair("MV_CC_CreateHandle", 1u),
-                      std::make_pair("MV_CC_OpenDevice", 1u),
-                      std::make_pair("MV_CC_GetEnumValue", 1u),
-                      std::make_pair("MV_CC_SetEnumValue", 1u),
-                      std::make_pair("MV_CC_GetEnumValue", 2u)),
-    [](const auto& info) {
-        return std::string(info.param.first) + "_call" + std::to_string(info.param.second);
-    });
+INSTANTIATE_TEST_SUITE_P(OpenPath, HikVisionOpenFaultTest,
+                         ::testing::Values(std::make_pair("MV_CC_EnumDevices", 2u),
+                                           std::make_pair("MV_CC_CreateHandle", 1u),
+                                           std::make_pair("MV_CC_OpenDevice", 1u),
+                                           std::make_pair("MV_CC_GetEnumValue", 1u),
+                                           std::make_pair("MV_CC_SetEnumValue", 1u),
+                                           std::make_pair("MV_CC_GetEnumValue", 2u)),
+                         [](const auto& info) {
+                             return std::string(info.param.first) + "_call" +
+                                    std::to_string(info.param.second);
+                         });
 
 TEST_F(HikVisionTest, StartAndStopFaultsFailTheCallSetStatusZeroAndClear) {
     addDevice("id=T1 layer=usb3 size=32x16");

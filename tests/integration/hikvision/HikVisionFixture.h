@@ -20,7 +20,7 @@ namespace telvarra::test {
 using Bytes = std::vector<unsigned char>;
 
 class HikVisionTest : public ::testing::Test {
-protected:
+  protected:
     InTempDirectory directory;
     LogCapture log;
     CameraPublicInterface* facade = nullptr;

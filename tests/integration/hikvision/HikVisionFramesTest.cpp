@@ -59,7 +59,8 @@ Bytes transformed(Bytes frame, unsigned int& width, unsigned int& height, unsign
     return frame;
 }
 
-class HikVisionFramesTest : public HikVisionTest, public ::testing::WithParamInterface<FrameCase> {};
+class HikVisionFramesTest : public HikVisionTest,
+                            public ::testing::WithParamInterface<FrameCase> {};
 
 TEST_P(HikVisionFramesTest, DeliveredBytesMatchThePattern) {
     const FrameCase& c = GetParam();
@@ -80,7 +81,8 @@ TEST_P(HikVisionFramesTest, DeliveredBytesMatchThePattern) {
         Bytes callerBuffer(kWidth * kHeight * 3);
         if (intoCallerBuffer) {
             ASSERT_TRUE(facade->getCurrentFrame2("FRAMES", callerBuffer.data(),
-                                                 static_cast<int32_t>(callerBuffer.size()), image, 0));
+                                                 static_cast<int32_t>(callerBuffer.size()), image,
+                                                 0));
             EXPECT_EQ(image.data, callerBuffer.data());
         } else {
             ASSERT_TRUE(facade->getCurrentFrame("FRAMES", image, 0));
@@ -102,10 +104,10 @@ TEST_P(HikVisionFramesTest, DeliveredBytesMatchThePattern) {
 
 std::vector<FrameCase> frameCases() {
     const Geometry geometries[] = {
-        {"plain", false, false, 0, 0},       {"mirrorH", true, false, 0, 0},
-        {"mirrorV", false, true, 0, 0},      {"rotate1", false, false, 1, 0},
-        {"rotate2", false, false, 2, 0},     {"rotate3", false, false, 3, 0},
-        {"zoom1", false, false, 0, 1},       {"zoom2", false, false, 0, 2},
+        {"plain", false, false, 0, 0},          {"mirrorH", true, false, 0, 0},
+        {"mirrorV", false, true, 0, 0},         {"rotate1", false, false, 1, 0},
+        {"rotate2", false, false, 2, 0},        {"rotate3", false, false, 3, 0},
+        {"zoom1", false, false, 0, 1},          {"zoom2", false, false, 0, 2},
         {"mirrorHV_rotate1", true, true, 1, 0}, {"mirrorH_rotate2_zoom2", true, false, 2, 2},
         {"mirrorV_zoom1", false, true, 0, 1},
     };
