@@ -47,23 +47,29 @@ void reverseEveryRow(unsigned char* buffer, std::size_t width, std::size_t heigh
     }
 }
 
-// Walks the source in square tiles so that both the reads and the scattered writes stay in
-// cache; the destination frame is `height` pixels wide and `width` rows high.
-template <std::size_t PixelBytes>
+// Walks the frame in square tiles so that both the reads and the writes stay in cache. Inside a
+// tile each destination row is written front to back while the source is read down a column.
+// The destination frame is `height` pixels wide and `width` rows high.
+template <std::size_t PixelBytes, bool Clockwise>
 void rotateInto(const unsigned char* source, unsigned char* destination, std::size_t width,
-                std::size_t height, bool clockwise) {
-    constexpr std::size_t kTile = 32;
-    for (std::size_t tileY = 0; tileY < height; tileY += kTile) {
-        const std::size_t endY = std::min(tileY + kTile, height);
-        for (std::size_t tileX = 0; tileX < width; tileX += kTile) {
-            const std::size_t endX = std::min(tileX + kTile, width);
-            for (std::size_t y = tileY; y < endY; ++y) {
-                const unsigned char* sourcePixel = source + (y * width + tileX) * PixelBytes;
-                for (std::size_t x = tileX; x < endX; ++x, sourcePixel += PixelBytes) {
-                    const std::size_t row = clockwise ? x : width - 1 - x;
-                    const std::size_t column = clockwise ? height - 1 - y : y;
-                    std::memcpy(destination + (row * height + column) * PixelBytes, sourcePixel,
-                                PixelBytes);
+                std::size_t height) {
+    constexpr std::size_t kTile = 64;
+    const std::ptrdiff_t sourceRow = static_cast<std::ptrdiff_t>(width * PixelBytes);
+    const std::ptrdiff_t sourceStep = Clockwise ? -sourceRow : sourceRow;
+    for (std::size_t tileX = 0; tileX < width; tileX += kTile) {
+        const std::size_t endX = std::min(tileX + kTile, width);
+        for (std::size_t tileY = 0; tileY < height; tileY += kTile) {
+            const std::size_t endY = std::min(tileY + kTile, height);
+            // Clockwise, source row y lands in column height - 1 - y: walk the rows upwards.
+            const std::size_t firstColumn = Clockwise ? height - endY : tileY;
+            const std::size_t firstSourceRow = Clockwise ? endY - 1 : tileY;
+            for (std::size_t x = tileX; x < endX; ++x) {
+                const std::size_t row = Clockwise ? x : width - 1 - x;
+                unsigned char* target = destination + (row * height + firstColumn) * PixelBytes;
+                const unsigned char* pixel = source + (firstSourceRow * width + x) * PixelBytes;
+                for (std::size_t n = endY - tileY; n > 0; --n, target += PixelBytes) {
+                    std::memcpy(target, pixel, PixelBytes);
+                    pixel += sourceStep;
                 }
             }
         }
@@ -78,7 +84,11 @@ void rotate(unsigned char* buffer, std::size_t width, std::size_t height, int32_
     }
     const std::size_t frameBytes = width * height * PixelBytes;
     std::vector<unsigned char> rotated(frameBytes);
-    rotateInto<PixelBytes>(buffer, rotated.data(), width, height, turns == 1);
+    if (turns == 1) {
+        rotateInto<PixelBytes, true>(buffer, rotated.data(), width, height);
+    } else {
+        rotateInto<PixelBytes, false>(buffer, rotated.data(), width, height);
+    }
     std::memcpy(buffer, rotated.data(), frameBytes);
 }
 
@@ -104,10 +114,14 @@ int32_t mirrorVertical(int32_t width, int32_t height, unsigned char*& buffer, in
     if (check != kFrameDone) return check;
     const std::size_t rowBytes =
         static_cast<std::size_t>(width) * static_cast<std::size_t>(channels);
+    // Whole rows swap through one spare row: three block copies beat a byte-wise swap.
+    std::vector<unsigned char> spare(rowBytes);
     unsigned char* top = buffer;
     unsigned char* bottom = buffer + (static_cast<std::size_t>(height) - 1) * rowBytes;
     for (; top < bottom; top += rowBytes, bottom -= rowBytes) {
-        std::swap_ranges(top, top + rowBytes, bottom);
+        std::memcpy(spare.data(), top, rowBytes);
+        std::memcpy(top, bottom, rowBytes);
+        std::memcpy(bottom, spare.data(), rowBytes);
     }
     return kFrameDone;
 }
