@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <sstream>
 #include <utility>
 
@@ -837,7 +838,7 @@ bool Simulator::removeDevice(const std::string& id) {
     return true;
 }
 
-bool Simulator::unplug(const std::string& id) {
+bool Simulator::changeDevice(const std::string& id, const std::function<void(Device&)>& change) {
     std::lock_guard lock(m_mutex);
     m_lastError.clear();
     Device* device = findDevice(id);
@@ -845,20 +846,16 @@ bool Simulator::unplug(const std::string& id) {
         m_lastError = "no device " + id;
         return false;
     }
-    device->model.unplug();
+    change(*device);
     return true;
 }
 
+bool Simulator::unplug(const std::string& id) {
+    return changeDevice(id, [](Device& device) { device.model.unplug(); });
+}
+
 bool Simulator::replug(const std::string& id) {
-    std::lock_guard lock(m_mutex);
-    m_lastError.clear();
-    Device* device = findDevice(id);
-    if (!device) {
-        m_lastError = "no device " + id;
-        return false;
-    }
-    device->model.replug();
-    return true;
+    return changeDevice(id, [](Device& device) { device.model.replug(); });
 }
 
 bool Simulator::setFloatRange(const std::string& id, float min, float max,

@@ -5,6 +5,7 @@
 #define TELVARRA_SIM_HIKVISION_HIKVISIONSIMULATOR_H
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -130,6 +131,8 @@ class Simulator {
     template <class Body>
     int onDevice(const char* function, std::string arguments, void* handle, Body&& body);
     Device* findDevice(const std::string& id);
+    // Runs `change` on the device under the lock; false (and the reason kept) when it is unknown.
+    bool changeDevice(const std::string& id, const std::function<void(Device&)>& change);
     Handle* findHandle(void* handle);
     // MV_OK with `device` set when `handle` has a live session; otherwise the status to return.
     int liveSession(void* handle, Device*& device);
