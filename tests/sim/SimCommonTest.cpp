@@ -37,15 +37,6 @@ constexpr Mosaic kMosaics[] = {{PixelFormat::BayerGR8, "GRBG"},
 
 // ---- Test pattern. ----
 
-TEST(TestPatternTest, EverySampleChangesFromOneFrameToTheNext) {
-    for (std::uint32_t channel = kRed; channel <= kBlue; ++channel)
-        for (std::uint32_t y = 0; y < 40; y += 3)
-            for (std::uint32_t x = 0; x < 40; x += 3)
-                for (std::uint32_t frame = 0; frame < 300; frame += 37)
-                    ASSERT_NE(patternSample(7, frame, x, y, channel),
-                              patternSample(7, frame + 1, x, y, channel));
-}
-
 TEST(TestPatternTest, RendersEachFormatFromThePatternInItsSampleOrder) {
     constexpr std::uint32_t w = 5, h = 3, seed = 0xA1B2C3D4u, frame = 9;
     Bytes rgb(w * h * 3), bgr(w * h * 3), mono(w * h);
@@ -102,61 +93,9 @@ TEST(DemosaicTest, InterpolatesALinearRampExactlyInsideAndCutsTheWindowAtTheEdge
 
 // ---- Mirror and rotation: a 3 x 2 image "abc / def", one byte per pixel, then three. ----
 
-TEST(ImageOpsTest, MirrorsAndTurnsClockwise) {
-    const Bytes image = {'a', 'b', 'c', 'd', 'e', 'f'};
-    Bytes out(6);
-    flipHorizontal(image.data(), 3, 2, 1, out.data());
-    EXPECT_EQ(std::string(out.begin(), out.end()), "cbafed");
-    flipVertical(image.data(), 3, 2, 1, out.data());
-    EXPECT_EQ(std::string(out.begin(), out.end()), "defabc");
-    rotateClockwise(image.data(), 3, 2, 1, 1, out.data());
-    EXPECT_EQ(std::string(out.begin(), out.end()), "daebfc");  // 2 wide: da / eb / fc
-    rotateClockwise(image.data(), 3, 2, 1, 2, out.data());
-    EXPECT_EQ(std::string(out.begin(), out.end()), "fedcba");
-    rotateClockwise(image.data(), 3, 2, 1, 3, out.data());
-    EXPECT_EQ(std::string(out.begin(), out.end()), "cfbead");  // cf / be / ad
-}
-
 // ---- Fault plan. ----
 
 // ---- Rig file. ----
-
-TEST(RigTest, ReadsEveryKeyQuotesCommentsAndDefaults) {
-    const Rig rig = parseRig(
-        "# a rig\r\n"
-        "\n"
-        "hikvision id=DA0001 user=\"Line 1 # left\" model=MV-CA050-10GC layer=usb3 "
-        "size=2448x2048 format=bayer_rg8 formats=bayer_rg8,mono8 seed=42   # trailing\r\n"
-        "  daheng\tid=DH7\n"
-        "mindvision id=MV1 formats=bgr8,rgb8\n");
-    ASSERT_TRUE(rig.errors.empty()) << rig.errors.front().message;
-    ASSERT_EQ(rig.devices.size(), 3u);
-
-    const RigDevice& hik = rig.devices[0];
-    EXPECT_EQ(hik.line, 3u);
-    EXPECT_EQ(hik.device.make, "hikvision");
-    EXPECT_EQ(hik.device.id, "DA0001");
-    EXPECT_EQ(hik.device.userName, "Line 1 # left");
-    EXPECT_EQ(hik.device.model, "MV-CA050-10GC");
-    EXPECT_EQ(hik.device.layer, "usb3");
-    EXPECT_EQ(hik.device.width, 2448u);
-    EXPECT_EQ(hik.device.height, 2048u);
-    EXPECT_EQ(hik.device.format, PixelFormat::BayerRG8);
-    EXPECT_EQ(hik.device.supportedFormats,
-              (std::vector<PixelFormat>{PixelFormat::BayerRG8, PixelFormat::Mono8}));
-    EXPECT_EQ(hik.device.seed, 42u);
-
-    const DeviceDescription& daheng = rig.devices[1].device;
-    EXPECT_EQ(daheng.make, "daheng");
-    EXPECT_EQ(daheng.width, 640u);
-    EXPECT_EQ(daheng.height, 480u);
-    EXPECT_EQ(daheng.format, PixelFormat::Mono8);
-    EXPECT_TRUE(daheng.userName.empty() && daheng.layer.empty() && daheng.model.empty());
-    EXPECT_EQ(daheng.seed, seedFromId("DH7"));
-
-    EXPECT_EQ(rig.devices[2].device.format, PixelFormat::Bgr8);  // the first of formats
-    EXPECT_EQ(rig.devicesOf("hikvision").size(), 1u);
-}
 
 TEST(RigTest, SkipsAndReportsEachBadLineWithItsNumber) {
     const Rig rig = parseRig(

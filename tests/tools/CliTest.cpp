@@ -389,21 +389,5 @@ TEST_F(CliTest, SettingsTheCameraRefusesExitWithOneAndSaveNothing) {
     EXPECT_TRUE(filesIn(output()).empty());
 }
 
-TEST_F(CliTest, EveryCommandExplainsItselfWithHelp) {
-    for (const std::string command : {"", "list", "info", "grab", "get", "set"}) {
-        const ProgramRun run =
-            command.empty() ? telvarra({"--help"}) : telvarra({command, "--help"});
-        EXPECT_EQ(run.exitCode, 0) << command;
-        EXPECT_TRUE(contains(run.out, "Usage: telvarra " + command)) << command;
-        EXPECT_TRUE(contains(run.out, "Exit codes:")) << command;
-    }
-    const ProgramRun grab = telvarra({"grab", "--help"});
-    for (const char* option :
-         {"--count", "--output", "--format", "--mirror", "--rotate", "--zoom", "--gain",
-          "--exposure", "--brightness", "--auto-exposure", "--type"}) {
-        EXPECT_TRUE(contains(grab.out, option));
-    }
-}
-
 }  // namespace
 }  // namespace telvarra::test

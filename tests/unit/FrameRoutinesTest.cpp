@@ -132,18 +132,6 @@ TEST(FrameRoutinesTest, LargerDataSizeRotatesOnlyTheFrameBytes) {
     EXPECT_EQ(frame.bytes.back(), 0xEE);
 }
 
-TEST(FrameRoutinesTest, VgaRgbQuarterTurnSwapsSizesAndThreeTurnsRestoreIt) {
-    Frame frame(640, 480, 3);
-    const Bytes original = frame.bytes;
-    ASSERT_EQ(rotate(frame, 1), 1);
-    EXPECT_EQ(frame.width, 480);
-    EXPECT_EQ(frame.height, 640);
-    ASSERT_EQ(rotate(frame, 3), 1);
-    EXPECT_EQ(frame.width, 640);
-    EXPECT_EQ(frame.height, 480);
-    EXPECT_EQ(frame.bytes, original);
-}
-
 // Algebra over many small random frames: each composition must restore or equal another.
 TEST(FrameRoutinesTest, CompositionsHoldOnRandomFrames) {
     std::mt19937 random(20261121);

@@ -130,14 +130,4 @@ INSTANTIATE_TEST_SUITE_P(LineCounts, LoggerTrimTest,
                          ::testing::Values(TrimCase{5000, 1}, TrimCase{5001, 2501},
                                            TrimCase{10000, 5001}, TrimCase{3, 1}));
 
-TEST_F(LoggerTest, TrimsOnlyAtAttachNotWhileWriting) {
-    TempDir directory;
-    const std::string path = directory.file("CameraLog.txt");
-    writeNumberedLines(path, 4999);
-    logger().setLogFile(path);
-    for (int i = 0; i < 5; ++i) logger().log(LogLevel::Info, "more");
-    telvarra::test::detachLogger();
-    EXPECT_EQ(readLines(path).size(), 5004u);
-}
-
 }  // namespace

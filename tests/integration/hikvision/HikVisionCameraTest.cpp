@@ -7,6 +7,7 @@
 
 #include "HikVisionFixture.h"
 #include "drivers/hikvision/HikVisionDriver.h"
+#include "sim/common/TestPattern.h"
 
 namespace telvarra::test {
 namespace {

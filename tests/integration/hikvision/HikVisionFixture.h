@@ -8,8 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "sim/common/ImageOps.h"
-#include "sim/common/TestPattern.h"
 #include "sim/hikvision/HikSimControl.h"
 #include "support/CurrentDirectory.h"
 #include "support/LogCapture.h"
@@ -53,11 +51,6 @@ class HikVisionTest : public ::testing::Test {
         return seed;
     }
 };
-
-// The bytes a camera delivering `format` should hand out for frame `number` before any geometry:
-// mono stays one channel, colour is RGB (BGR stays BGR), Bayer mosaics are demosaiced.
-Bytes expectedFrame(sim::PixelFormat format, unsigned int seed, unsigned int number,
-                    unsigned int width, unsigned int height);
 
 }  // namespace telvarra::test
 

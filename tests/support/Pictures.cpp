@@ -1,0 +1,101 @@
+#include "support/Pictures.h"
+
+#include <cstring>
+#include <utility>
+
+#include "sim/common/ImageOps.h"
+#include "sim/common/TestPattern.h"
+
+namespace telvarra::test {
+
+namespace {
+
+Image ofSize(int width, int height, int channels) {
+    Image image{width, height, channels, {}};
+    image.pixels.resize(static_cast<std::size_t>(width) * height * channels);
+    return image;
+}
+
+}  // namespace
+
+Image deliveredFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t frame,
+                     std::uint32_t width, std::uint32_t height) {
+    std::vector<std::uint8_t> raw(sim::frameBytes(sensor, width, height));
+    sim::renderFrame(sensor, seed, frame, width, height, raw.data());
+    if (!sim::isBayer(sensor)) {
+        return Image{static_cast<int>(width), static_cast<int>(height),
+                     static_cast<int>(sim::bytesPerPixel(sensor)), std::move(raw)};
+    }
+    Image image = ofSize(static_cast<int>(width), static_cast<int>(height), 3);
+    sim::demosaicBilinear(sensor, raw.data(), width, height, image.pixels.data());
+    return image;
+}
+
+Image cameraFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t frame,
+                  std::uint32_t width, std::uint32_t height) {
+    Image image = deliveredFrame(sensor, seed, frame, width, height);
+    if (sensor == sim::PixelFormat::Bgr8) {
+        for (std::size_t i = 0; i < image.pixels.size(); i += 3) {
+            std::swap(image.pixels[i], image.pixels[i + 2]);
+        }
+    }
+    return image;
+}
+
+Image mirroredLeftRight(const Image& image) {
+    Image out = ofSize(image.width, image.height, image.channels);
+    sim::flipHorizontal(image.pixels.data(), image.width, image.height, image.channels,
+                        out.pixels.data());
+    return out;
+}
+
+Image mirroredTopBottom(const Image& image) {
+    Image out = ofSize(image.width, image.height, image.channels);
+    sim::flipVertical(image.pixels.data(), image.width, image.height, image.channels,
+                      out.pixels.data());
+    return out;
+}
+
+Image turnedClockwise(const Image& image, int quarterTurns) {
+    const bool sideways = quarterTurns % 2 == 1;
+    Image out = ofSize(sideways ? image.height : image.width, sideways ? image.width : image.height,
+                       image.channels);
+    sim::rotateClockwise(image.pixels.data(), image.width, image.height, image.channels,
+                         quarterTurns, out.pixels.data());
+    return out;
+}
+
+Image zoomed(const Image& image, int level) {
+    const int width = level == 1 ? 640 : 320;
+    const int height = static_cast<int>(static_cast<double>(image.height) / image.width * width);
+    const int left = image.width / 2 - width / 2;
+    const int top = image.height / 2 - height / 2;
+    Image out = ofSize(width, height, image.channels);
+    const std::size_t rowBytes = static_cast<std::size_t>(width) * image.channels;
+    for (int row = 0; row < height; ++row) {
+        const std::size_t from =
+            (static_cast<std::size_t>(top + row) * image.width + left) * image.channels;
+        std::memcpy(out.pixels.data() + row * rowBytes, image.pixels.data() + from, rowBytes);
+    }
+    return out;
+}
+
+std::string difference(const Image& actual, const Image& expected) {
+    if (actual.width != expected.width || actual.height != expected.height ||
+        actual.channels != expected.channels) {
+        return "shape " + std::to_string(actual.width) + "x" + std::to_string(actual.height) + "x" +
+               std::to_string(actual.channels) + ", expected " + std::to_string(expected.width) +
+               "x" + std::to_string(expected.height) + "x" + std::to_string(expected.channels);
+    }
+    for (std::size_t i = 0; i < actual.pixels.size(); ++i) {
+        if (actual.pixels[i] == expected.pixels[i]) continue;
+        const std::size_t pixel = i / actual.channels;
+        return "sample " + std::to_string(i % actual.channels) + " of pixel (" +
+               std::to_string(pixel % actual.width) + ", " + std::to_string(pixel / actual.width) +
+               ") is " + std::to_string(actual.pixels[i]) + ", expected " +
+               std::to_string(expected.pixels[i]);
+    }
+    return "";
+}
+
+}  // namespace telvarra::test

@@ -1,0 +1,42 @@
+// Pictures as tests compare them: a virtual camera's frame computed on its own from the
+// simulator's test pattern, the geometry the library applies done with the simulator's image
+// routines (an implementation independent of the library's), and a readable first difference.
+#ifndef TELVARRA_TESTS_PICTURES_H
+#define TELVARRA_TESTS_PICTURES_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "sim/common/PixelFormat.h"
+
+namespace telvarra::test {
+
+struct Image {
+    int width = 0;
+    int height = 0;
+    int channels = 0;
+    std::vector<std::uint8_t> pixels;  // rows back to back
+};
+
+// Frame `frame` as the library hands it to a host: Bayer mosaics demosaiced to RGB, the packed
+// formats as the sensor sends them (mono one channel, BGR in B, G, R order).
+Image deliveredFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t frame,
+                     std::uint32_t width, std::uint32_t height);
+// The same frame as a picture shows it: BGR put in RGB order.
+Image cameraFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t frame,
+                  std::uint32_t width, std::uint32_t height);
+
+Image mirroredLeftRight(const Image& image);
+Image mirroredTopBottom(const Image& image);
+Image turnedClockwise(const Image& image, int quarterTurns);
+// The digital zoom's centred window: 640 (level 1) or 320 (level 2) pixels wide, as high as the
+// frame's proportions make it.
+Image zoomed(const Image& image, int level);
+
+// Empty when the two are the same picture; otherwise what differs first.
+std::string difference(const Image& actual, const Image& expected);
+
+}  // namespace telvarra::test
+
+#endif
