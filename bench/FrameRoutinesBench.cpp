@@ -25,60 +25,53 @@ struct Frame {
     int32_t size() const { return static_cast<int32_t>(bytes.size()); }
 };
 
-void report(benchmark::State& state, const Frame& frame) {
+// Times `work` on one frame, over and over, and reports the frame's bytes per second.
+template <class Work>
+void onFrame(benchmark::State& state, Work work) {
+    Frame frame(state);
+    for (auto _ : state) {
+        work(frame);
+        benchmark::ClobberMemory();
+    }
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * frame.size());
 }
 
 void Memcpy(benchmark::State& state) {
-    Frame frame(state);
-    std::vector<unsigned char> target(frame.bytes.size());
-    for (auto _ : state) {
+    std::vector<unsigned char> target;
+    onFrame(state, [&](Frame& frame) {
+        target.resize(frame.bytes.size());
         std::memcpy(target.data(), frame.bytes.data(), frame.bytes.size());
-        benchmark::ClobberMemory();
-    }
-    report(state, frame);
+    });
 }
 
 void MirrorHorizontal(benchmark::State& state) {
-    Frame frame(state);
-    unsigned char* data = frame.bytes.data();
-    for (auto _ : state) {
+    onFrame(state, [](Frame& frame) {
+        unsigned char* data = frame.bytes.data();
         telvarra::mirrorHorizontal(frame.width, frame.height, data, frame.size(), frame.channels);
-        benchmark::ClobberMemory();
-    }
-    report(state, frame);
+    });
 }
 
 void MirrorVertical(benchmark::State& state) {
-    Frame frame(state);
-    unsigned char* data = frame.bytes.data();
-    for (auto _ : state) {
+    onFrame(state, [](Frame& frame) {
+        unsigned char* data = frame.bytes.data();
         telvarra::mirrorVertical(frame.width, frame.height, data, frame.size(), frame.channels);
-        benchmark::ClobberMemory();
-    }
-    report(state, frame);
+    });
 }
 
 template <int Turns>
 void Rotate(benchmark::State& state) {
-    Frame frame(state);
-    unsigned char* data = frame.bytes.data();
-    for (auto _ : state) {
+    onFrame(state, [](Frame& frame) {
+        unsigned char* data = frame.bytes.data();
         telvarra::rotateQuarterTurns(frame.width, frame.height, data, frame.size(), frame.channels,
                                      Turns);
-        benchmark::ClobberMemory();
-    }
-    report(state, frame);
+    });
 }
 
 void ZoomFirstStep(benchmark::State& state) {
-    Frame frame(state);
-    const auto window = telvarra::zoomWindow(1, frame.width, frame.height);
-    for (auto _ : state) {
+    onFrame(state, [](Frame& frame) {
+        const auto window = telvarra::zoomWindow(1, frame.width, frame.height);
         telvarra::cropToWindow(frame.bytes.data(), frame.width, frame.channels, *window);
-        benchmark::ClobberMemory();
-    }
-    report(state, frame);
+    });
 }
 
 // 2448 x 2048 colour (as delivered after demosaicing) and 1280 x 1024 mono.
