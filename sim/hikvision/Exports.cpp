@@ -4,11 +4,11 @@
 // loader binds; a definition that differed would not compile. The loader-test variants compile
 // this file with the definition <name>=HikSimLeftOut_<name>, which renames that one function
 // (export and definition alike) so that the library lacks exactly that name.
-#include "drivers/hikvision/HikVisionSdk.h"
+#include "vendor/hikvision/HikVisionSdk.h"
 #include "sim/hikvision/HikSimControl.h"
 #include "sim/hikvision/HikVisionSimulator.h"
 
-using namespace telvarra::hikvision;
+using namespace telvarra::vendor::hikvision;
 using telvarra::sim::hikvision::simulator;
 
 extern "C" {

@@ -15,7 +15,7 @@
 
 namespace telvarra::sim::hikvision {
 
-using namespace telvarra::hikvision;
+using namespace telvarra::vendor::hikvision;
 
 namespace {
 

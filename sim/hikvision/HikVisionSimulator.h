@@ -13,14 +13,14 @@
 #include <string>
 #include <vector>
 
-#include "drivers/hikvision/HikVisionSdk.h"
+#include "vendor/hikvision/HikVisionSdk.h"
 #include "sim/common/CallLog.h"
 #include "sim/common/LentBuffers.h"
 #include "sim/common/VirtualDevice.h"
 
 namespace telvarra::sim::hikvision {
 
-namespace sdk = telvarra::hikvision;
+namespace sdk = telvarra::vendor::hikvision;
 
 // A float feature node with its range (gain in dB, exposure time in microseconds).
 struct FloatFeature {

@@ -4,22 +4,13 @@
 #include <memory>
 #include <vector>
 
-#include "api/Records.h"
-#include "drivers/hikvision/HikVisionDriver.h"
-#include "telvarra/CameraFactory.h"
+#include "core/Records.h"
+#include "core/StandardDrivers.h"
 
 namespace {
 
 void logLine(LogLevel level, const std::string& message) {
     CameraLogger::getInstance().log(level, message);
-}
-
-// Registers a freshly made driver under `key`. The registry is process-wide while facades come
-// and go: from the second facade on the key is taken, and the new driver is dropped again.
-template <class Driver>
-void registerStandardDriver(Ruvo_CameraType key) {
-    auto driver = std::make_unique<Driver>();
-    if (CameraFactory::getInstance().registerDriver(key, driver.get())) driver.release();
 }
 
 std::string text(const char* value) { return value ? value : ""; }
@@ -28,10 +19,8 @@ std::string text(const char* value) { return value ? value : ""; }
 
 CameraPublicInterface* CameraPublicInterface::s_instance = nullptr;
 
-// The one place that names the drivers: their registry keys are fixed (MindVision 1, HikVision 2,
-// Dvp 3, DaHeng 4, Canon 5) and each make joins the list as it is built.
 CameraPublicInterface::CameraPublicInterface() : m_manager(std::make_unique<CameraManager>()) {
-    registerStandardDriver<telvarra::hikvision::HikVisionDriver>(RUVO_CAMERA_HIKVISION);
+    telvarra::registerStandardDrivers();
 }
 
 CameraPublicInterface::~CameraPublicInterface() = default;

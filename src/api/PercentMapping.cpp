@@ -1,6 +1,7 @@
 #include "api/PercentMapping.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace telvarra {
 
@@ -11,9 +12,22 @@ double percentToRange(int32_t percent, double minimum, double maximum) {
 }
 
 int32_t rangeToPercent(double current, double minimum, double maximum) {
-    if (!(maximum > minimum)) return 0;
     const double percent = (current - minimum) / (maximum - minimum) * 100.0;
+    // An empty range divides by zero; NaN has no integer.
+    if (maximum == minimum || std::isnan(percent)) return 0;
     return static_cast<int32_t>(std::clamp(percent, 0.0, 100.0));
+}
+
+bool setByPercent(const PercentControl& control, int32_t percent) {
+    const std::optional<DeviceRange> range = control.read();
+    return range && control.write(percentToRange(percent, range->minimum, range->maximum));
+}
+
+bool getByPercent(const PercentControl& control, int32_t& percent) {
+    const std::optional<DeviceRange> range = control.read();
+    if (!range) return false;
+    percent = rangeToPercent(range->current, range->minimum, range->maximum);
+    return true;
 }
 
 }  // namespace telvarra

@@ -4,6 +4,8 @@
 #define TELVARRA_API_PERCENTMAPPING_H
 
 #include <cstdint>
+#include <functional>
+#include <optional>
 
 namespace telvarra {
 
@@ -19,8 +21,21 @@ int32_t clampPercent(int32_t percent);
 // min + (max - min) * p / 100, with p clamped to 0..100 first.
 double percentToRange(int32_t percent, double minimum, double maximum);
 
-// trunc((current - min) / (max - min) * 100), clamped to 0..100; 0 for an empty range.
+// trunc((current - min) / (max - min) * 100), clamped to 0..100; an inverted range answers by
+// the same formula, an empty one 0.
 int32_t rangeToPercent(double current, double minimum, double maximum);
+
+// One percent control of a device: reading its value and range (none when the SDK cannot say)
+// and writing a device value (true when the SDK took it).
+struct PercentControl {
+    std::function<std::optional<DeviceRange>()> read;
+    std::function<bool(double value)> write;
+};
+
+// Reads the range, then writes the mapped value.
+bool setByPercent(const PercentControl& control, int32_t percent);
+// Reads the current value as a percentage; `percent` is untouched when the read fails.
+bool getByPercent(const PercentControl& control, int32_t& percent);
 
 }  // namespace telvarra
 

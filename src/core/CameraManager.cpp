@@ -3,7 +3,7 @@
 #include <cstring>
 #include <vector>
 
-#include "api/Records.h"
+#include "core/Records.h"
 #include "telvarra/CameraFactory.h"
 #include "telvarra/CameraLogger.h"
 

@@ -10,12 +10,14 @@
 #include <string>
 #include <vector>
 
-#include "drivers/hikvision/HikVisionSdk.h"
+#include "drivers/hikvision/HikVisionBinding.h"
 #include "sim/hikvision/HikSimControl.h"
+#include "vendor/hikvision/HikVisionSdk.h"
 
 namespace telvarra::test {
 
-using namespace telvarra::hikvision;
+using namespace telvarra::vendor::hikvision;
+using telvarra::hikvision::HikVisionFunctions;
 
 // A text field read at its absolute offset in the record, bounded by the field size.
 inline std::string textAt(const void* record, std::size_t offset, std::size_t size) {
@@ -39,7 +41,7 @@ inline std::string serialOf(const MV_CC_DEVICE_INFO* record) {
 
 class HikSimTest : public ::testing::Test {
   protected:
-    static void SetUpTestSuite() { ASSERT_EQ(loadHikVisionSdk(), kHikVisionSdkLoaded); }
+    static void SetUpTestSuite() { ASSERT_TRUE(hikvision::hikVisionBinding().load()); }
 
     void SetUp() override {
         HikSim_Reset();
@@ -48,7 +50,7 @@ class HikSimTest : public ::testing::Test {
 
     void TearDown() override { HikSim_Reset(); }
 
-    static const HikVisionFunctions& sdk() { return hikVisionSdk(); }
+    static const HikVisionFunctions& sdk() { return hikvision::hikVisionSdk(); }
 
     static void addDevice(const std::string& line) {
         ASSERT_EQ(HikSim_AddDevice(line.c_str()), 0) << line << ": " << HikSim_LastError();

@@ -18,13 +18,14 @@ TEST(PercentMappingTest, PercentIsClampedThenMappedOntoTheRange) {
     EXPECT_DOUBLE_EQ(percentToRange(50, 5.0, 5.0), 5.0);
 }
 
-TEST(PercentMappingTest, RangeBackToPercentTruncatesClampsAndSurvivesAnEmptyRange) {
+TEST(PercentMappingTest, RangeBackToPercentTruncatesClampsAndSurvivesEmptyAndInvertedRanges) {
     EXPECT_EQ(rangeToPercent(7.0, 2.0, 22.0), 25);
     EXPECT_EQ(rangeToPercent(7.9, 2.0, 22.0), 29);  // 29.5 truncated
     EXPECT_EQ(rangeToPercent(-3.0, 2.0, 22.0), 0);
     EXPECT_EQ(rangeToPercent(99.0, 2.0, 22.0), 100);
     EXPECT_EQ(rangeToPercent(5.0, 5.0, 5.0), 0);
-    EXPECT_EQ(rangeToPercent(6.0, 9.0, 5.0), 0);
+    EXPECT_EQ(rangeToPercent(6.0, 9.0, 5.0), 75);  // an inverted range answers by the formula
+    EXPECT_EQ(rangeToPercent(4.0, 9.0, 5.0), 100);
     // Double arithmetic then truncation: 290 / 1000 * 100 is 28.999..., so 29 % reads back 28.
     EXPECT_EQ(rangeToPercent(percentToRange(29, 0, 1000), 0, 1000), 28);
 }

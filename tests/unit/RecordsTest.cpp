@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "api/Records.h"
+#include "core/Records.h"
 
 namespace {
 

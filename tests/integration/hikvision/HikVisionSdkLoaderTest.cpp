@@ -1,45 +1,39 @@
-// The HikVision loader against the simulator: the whole library binds, a library lacking any one
-// of the 33 names is refused as a whole, a missing library is refused.
+// The HikVision binding against the simulator: the whole library binds, and a library lacking
+// any one of the 33 names (hidden through the lookup seam) is refused as a whole.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
-#include <utility>
-#include <vector>
 
-#include "drivers/hikvision/HikVisionSdk.h"
+#include "drivers/hikvision/HikVisionBinding.h"
 #include "platform/DynamicLibrary.h"
 #include "sim/hikvision/HikSimControl.h"
 
+using namespace telvarra;
 using namespace telvarra::hikvision;
 
 namespace {
 
-// Each bound name and whether the table holds a pointer for it, in table order.
-std::vector<std::pair<std::string, bool>> boundNames() {
-    std::vector<std::pair<std::string, bool>> names;
-#define TELVARRA_TEST_BOUND(returnType, name, parameters) \
-    names.emplace_back(#name, hikVisionSdk().name != nullptr);
-    TELVARRA_HIKVISION_FUNCTIONS(TELVARRA_TEST_BOUND)
-#undef TELVARRA_TEST_BOUND
-    return names;
-}
-
-std::string variantPath(const std::string& name) {
-    return std::string(TELVARRA_HIKSIM_VARIANTS_DIR) + "/hikvision-without-" + name + "/" +
-           hikVisionSdkFileName();
+// Whether the table holds a pointer for `name`.
+bool isBound(const std::string& name) {
+    bool bound = false;
+    hikVisionSdk().forEachEntry([&](const char* entry, const auto& pointer, platform::Need) {
+        if (name == entry) bound = pointer != nullptr;
+    });
+    return bound;
 }
 
 class HikVisionSdkLoaderTest : public ::testing::Test {
   protected:
-    void TearDown() override { unloadHikVisionSdk(); }
+    void TearDown() override {
+        hikVisionBinding().setSymbolLookup({});
+        hikVisionBinding().unload();
+    }
 };
 
 TEST_F(HikVisionSdkLoaderTest, TheVendorFileNameBindsEveryFunctionOfTheLoadedSimulator) {
-    EXPECT_EQ(hikVisionSdkFileName(), telvarra::platform::sharedLibraryFileName("MvCameraControl"));
-    ASSERT_EQ(loadHikVisionSdk(), kHikVisionSdkLoaded);
-    EXPECT_TRUE(hikVisionSdkLibraryLoaded());
-    for (const auto& [name, bound] : boundNames()) EXPECT_TRUE(bound) << name;
+    EXPECT_EQ(hikVisionBinding().fileName(), platform::sharedLibraryFileName("MvCameraControl"));
+    ASSERT_TRUE(hikVisionBinding().load());
+    for (const char* name : HikVisionFunctions::kNames) EXPECT_TRUE(isBound(name)) << name;
 
     // The bound functions are the ones of the instance this program linked.
     HikSim_Reset();
@@ -48,52 +42,23 @@ TEST_F(HikVisionSdkLoaderTest, TheVendorFileNameBindsEveryFunctionOfTheLoadedSim
     HikSim_Reset();
 }
 
-TEST_F(HikVisionSdkLoaderTest, AMissingLibraryIsRefusedAndTheTableLeftAlone) {
-    ASSERT_EQ(loadHikVisionSdk(), kHikVisionSdkLoaded);
-    const auto initialize = hikVisionSdk().MV_CC_Initialize;
-    EXPECT_EQ(loadHikVisionSdk(std::string(TELVARRA_HIKSIM_VARIANTS_DIR) + "/no-such-folder/" +
-                               hikVisionSdkFileName()),
-              kHikVisionSdkFailed);
-    EXPECT_FALSE(hikVisionSdkLibraryLoaded());
-    EXPECT_EQ(hikVisionSdk().MV_CC_Initialize, initialize);
-    EXPECT_EQ(loadHikVisionSdk(telvarra::platform::sharedLibraryFileName("NoSuchCameraSdk")),
-              kHikVisionSdkFailed);
+TEST_F(HikVisionSdkLoaderTest, AMissingLibraryIsRefused) {
+    EXPECT_FALSE(hikVisionBinding().load(platform::sharedLibraryFileName("NoSuchCameraSdk")));
+    EXPECT_FALSE(hikVisionBinding().isLoaded());
 }
 
-TEST_F(HikVisionSdkLoaderTest, UnloadingReleasesTheLibraryAndLeavesThePointers) {
-    ASSERT_EQ(loadHikVisionSdk(), kHikVisionSdkLoaded);
-    const auto finalize = hikVisionSdk().MV_CC_Finalize;
-    unloadHikVisionSdk();
-    EXPECT_FALSE(hikVisionSdkLibraryLoaded());
-    EXPECT_EQ(hikVisionSdk().MV_CC_Finalize, finalize);
-    unloadHikVisionSdk();  // twice is harmless
+TEST_F(HikVisionSdkLoaderTest, ALibraryLackingAnyOneNameIsRefusedWithEveryOtherBound) {
+    for (const char* missing : HikVisionFunctions::kNames) {
+        hikVisionBinding().setSymbolLookup(
+            [&](const platform::DynamicLibrary& library, const char* name) -> void* {
+                return std::string(name) == missing ? nullptr : library.symbol(name);
+            });
+        EXPECT_FALSE(hikVisionBinding().load()) << missing;
+        // The loader keeps the library for its caller to release.
+        EXPECT_TRUE(hikVisionBinding().isLoaded()) << missing;
+        for (const char* name : HikVisionFunctions::kNames)
+            EXPECT_EQ(isBound(name), std::string(name) != missing) << missing << ": " << name;
+    }
 }
-
-class HikVisionSdkVariantTest : public HikVisionSdkLoaderTest,
-                                public ::testing::WithParamInterface<const char*> {};
-
-TEST_P(HikVisionSdkVariantTest, ALibraryLackingOneNameIsRefusedAsAWhole) {
-    const std::string missing = GetParam();
-    const std::string path = variantPath(missing);
-
-    // The variant really lacks that one name and has every other.
-    telvarra::platform::DynamicLibrary variant;
-    ASSERT_TRUE(variant.open(path)) << path << ": " << variant.lastError();
-    for (const char* name : kHikVisionFunctionNames)
-        EXPECT_EQ(variant.symbol(name) == nullptr, missing == name) << name;
-    variant.close();
-
-    ASSERT_EQ(loadHikVisionSdk(), kHikVisionSdkLoaded);
-    EXPECT_EQ(loadHikVisionSdk(path), kHikVisionSdkFailed);
-    // The loader keeps the library for its caller to release, with every other name bound.
-    EXPECT_TRUE(hikVisionSdkLibraryLoaded());
-    for (const auto& [name, bound] : boundNames()) EXPECT_EQ(bound, name != missing) << name;
-    unloadHikVisionSdk();
-    EXPECT_FALSE(hikVisionSdkLibraryLoaded());
-}
-
-INSTANTIATE_TEST_SUITE_P(EveryBoundName, HikVisionSdkVariantTest,
-                         ::testing::ValuesIn(kHikVisionFunctionNames),
-                         [](const auto& info) { return std::string(info.param); });
 
 }  // namespace

@@ -1,23 +1,19 @@
-// The HikVision (HIKROBOT MVS) camera SDK as this library binds it at run time: the vendor records
-// and constants we use, declared by us from the vendor ABI notes, the list of bound functions,
-// the process-wide function table and the loader.
+// The HikVision (HIKROBOT MVS) camera SDK as its published headers define it: the records and
+// constants we use and the signatures of the functions we bind, declared by us from the vendor
+// ABI notes. Standard headers only: the driver and the SDK simulator both build on it.
 //
 // Layouts are the 4.5+ ones on x86_64. The one platform difference is the pixel-type enum, which
 // MSVC makes 4 bytes and gcc 8 bytes (its values run from -1 to above 0x7FFFFFFF); the records
 // holding it are templates on that storage type, both forms are pinned below on every platform,
 // and the aliases pick the target's form.
-#ifndef TELVARRA_DRIVERS_HIKVISION_HIKVISIONSDK_H
-#define TELVARRA_DRIVERS_HIKVISION_HIKVISIONSDK_H
+#ifndef TELVARRA_VENDOR_HIKVISION_HIKVISIONSDK_H
+#define TELVARRA_VENDOR_HIKVISION_HIKVISIONSDK_H
 
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
-#include <string>
 #include <type_traits>
 
-#include "platform/Platform.h"
-
-namespace telvarra::hikvision {
+namespace telvarra::vendor::hikvision {
 
 // ---- Status codes: 0 is success, failures are 0x8000xxxx (negative as int). ----
 
@@ -114,7 +110,9 @@ constexpr std::uint32_t PixelType_Gvsp_Jpeg = 0x80180001;
 // The pixel-type field as the platform's compiler stores the vendor's enum.
 using WindowsPixelType = std::uint32_t;
 using LinuxPixelType = std::int64_t;
-using MvGvspPixelType = std::conditional_t<platform::kIsWindows, WindowsPixelType, LinuxPixelType>;
+// The vendor DLL is built by MSVC for the Windows (LLP64) data model, where `long` has 4 bytes;
+// the Linux library by gcc for LP64. The data model tells the two targets apart.
+using MvGvspPixelType = std::conditional_t<sizeof(long) == 4, WindowsPixelType, LinuxPixelType>;
 
 // "Undefined" is the enumerator -1, which the 4-byte Windows form holds as 0xFFFFFFFF.
 constexpr MvGvspPixelType PixelType_Gvsp_Undefined = static_cast<MvGvspPixelType>(-1);
@@ -528,11 +526,11 @@ TELVARRA_HIKVISION_TRANSFORM_LAYOUT(RotateImageParamRecord, enRotationAngle)
 
 }  // namespace layout
 
-// ---- The binding: every bound function, in binding order. ----
+// ---- The functions we bind, with the vendor's signatures. ----
 //
-// X(return type, exported name, parameter list). The function table and the loader's look-ups
-// are generated from this one list, and the simulator declares its exports from it, so names,
-// order and signatures cannot drift apart. The types are this namespace's.
+// X(return type, exported name, parameter list), in the binding order of the driver. The
+// simulator declares its exports from this list, so driver and simulator agree on every
+// signature by construction; an independent test checks them against the vendor notes.
 #define TELVARRA_HIKVISION_FUNCTIONS(X)                                                       \
     X(int, MV_CC_Initialize, (void))                                                          \
     X(int, MV_CC_Finalize, (void))                                                            \
@@ -569,47 +567,14 @@ TELVARRA_HIKVISION_TRANSFORM_LAYOUT(RotateImageParamRecord, enRotationAngle)
     X(int, MV_CC_SetGain, (void* handle, float value))                                        \
     X(int, MV_CC_SetCommandValue, (void* handle, const char* key))
 
-// One pointer per bound function, named as the export. Null until bound.
-struct HikVisionFunctions {
-#define TELVARRA_HIKVISION_POINTER(returnType, name, parameters) \
-    returnType(*name) parameters = nullptr;
-    TELVARRA_HIKVISION_FUNCTIONS(TELVARRA_HIKVISION_POINTER)
-#undef TELVARRA_HIKVISION_POINTER
+// The function type of each, by name: HikVisionSignatures::MV_CC_Initialize is int(void).
+struct HikVisionSignatures {
+#define TELVARRA_HIKVISION_SIGNATURE(returnType, name, parameters) \
+    using name = returnType parameters;
+    TELVARRA_HIKVISION_FUNCTIONS(TELVARRA_HIKVISION_SIGNATURE)
+#undef TELVARRA_HIKVISION_SIGNATURE
 };
 
-// The exported names in binding order.
-inline constexpr const char* kHikVisionFunctionNames[] = {
-#define TELVARRA_HIKVISION_NAME(returnType, name, parameters) #name,
-    TELVARRA_HIKVISION_FUNCTIONS(TELVARRA_HIKVISION_NAME)
-#undef TELVARRA_HIKVISION_NAME
-};
-constexpr std::size_t kHikVisionFunctionCount = std::size(kHikVisionFunctionNames);
-static_assert(kHikVisionFunctionCount == 33);
-static_assert(sizeof(HikVisionFunctions) == kHikVisionFunctionCount * sizeof(void (*)()));
-
-// The loader's results.
-constexpr int kHikVisionSdkLoaded = 1;
-constexpr int kHikVisionSdkFailed = -1;
-
-// The process-wide table. Only loadHikVisionSdk writes it; it stays as it is after an unload.
-const HikVisionFunctions& hikVisionSdk();
-
-// The vendor file name of the platform: MvCameraControl.dll, libMvCameraControl.so.
-std::string hikVisionSdkFileName();
-
-// Opens `fileName` (a bare name goes through the system search order) as the process-wide
-// HikVision library, closing any library held before (also when this one fails to load), and
-// binds every listed name in list order. Returns kHikVisionSdkLoaded when all are found. Returns
-// kHikVisionSdkFailed when the library does not load (the table is left alone) or lacks a name (the
-// table holds what was found and the library stays open: releasing it is the caller's decision).
-// Logs nothing.
-int loadHikVisionSdk(const std::string& fileName = hikVisionSdkFileName());
-
-// Releases the library when one is held. The table keeps its (now dangling) pointers.
-void unloadHikVisionSdk();
-
-bool hikVisionSdkLibraryLoaded();
-
-}  // namespace telvarra::hikvision
+}  // namespace telvarra::vendor::hikvision
 
 #endif

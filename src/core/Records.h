@@ -1,6 +1,6 @@
 // Helpers for the exported records that every make fills the same way.
-#ifndef TELVARRA_API_RECORDS_H
-#define TELVARRA_API_RECORDS_H
+#ifndef TELVARRA_CORE_RECORDS_H
+#define TELVARRA_CORE_RECORDS_H
 
 #include <cstddef>
 #include <cstring>

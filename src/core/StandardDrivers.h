@@ -1,0 +1,15 @@
+// The drivers every facade starts with. Declared here, below the drivers, and defined by the
+// drivers layer (src/drivers/Drivers.cpp), so that no lower layer includes a make.
+#ifndef TELVARRA_CORE_STANDARDDRIVERS_H
+#define TELVARRA_CORE_STANDARDDRIVERS_H
+
+namespace telvarra {
+
+// Makes one driver of each make and registers it with the process-wide registry under its fixed
+// key (MindVision 1, HikVision 2, Dvp 3, DaHeng 4, Canon 5). The registry outlives facades: from
+// the second call on every key is taken, and the new drivers are dropped again.
+void registerStandardDrivers();
+
+}  // namespace telvarra
+
+#endif

@@ -1,0 +1,24 @@
+// The one place that names the makes: one line per make, in registry key order.
+#include <memory>
+
+#include "core/StandardDrivers.h"
+#include "drivers/hikvision/HikVisionDriver.h"
+#include "telvarra/CameraFactory.h"
+
+namespace telvarra {
+
+namespace {
+
+template <class Driver>
+void registerDriver(Ruvo_CameraType key) {
+    auto driver = std::make_unique<Driver>();
+    if (CameraFactory::getInstance().registerDriver(key, driver.get())) driver.release();
+}
+
+}  // namespace
+
+void registerStandardDrivers() {
+    registerDriver<hikvision::HikVisionDriver>(RUVO_CAMERA_HIKVISION);
+}
+
+}  // namespace telvarra

@@ -1,0 +1,112 @@
+// One vendor SDK bound at run time: its library, opened by file name, and a table of function
+// pointers filled by name, in the order of one list per make. Each listed name is required or
+// optional; a load succeeds when the library opens and every required name is found.
+//
+// A make writes its list once, as an X-macro LIST(TYPED, NAMED):
+//   TYPED(name, Required | Optional)  a function whose type `Signatures::name` the make's vendor
+//                                     header declares: the table holds a typed pointer;
+//   NAMED(name, Required | Optional)  a name that is only looked up, never called.
+// and declares its table with TELVARRA_SDK_TABLE(LIST) inside a struct that names `Signatures`.
+// The pointers, the names and the binding order all come from that one list.
+#ifndef TELVARRA_PLATFORM_SDKBINDING_H
+#define TELVARRA_PLATFORM_SDKBINDING_H
+
+#include <functional>
+#include <string>
+
+#include "platform/DynamicLibrary.h"
+
+namespace telvarra::platform {
+
+enum class Need { Required, Optional };
+
+// The pointer kept for a name that is looked up but never called.
+using UntypedFunction = void (*)();
+
+// How a name is looked up in an open library. Loader tests replace it to hide names from a real
+// library instead of building one library per missing name.
+using SymbolLookup = std::function<void*(const DynamicLibrary& library, const char* name)>;
+
+// The part of a binding that does not depend on the make's table.
+class SdkLibrary {
+  public:
+    explicit SdkLibrary(std::string fileName);
+    virtual ~SdkLibrary() = default;
+    SdkLibrary(const SdkLibrary&) = delete;
+    SdkLibrary& operator=(const SdkLibrary&) = delete;
+
+    // Opens the library (the vendor's file name, or `fileName`), closing the one held before
+    // also when this one fails, then looks every listed name up in list order, a miss included.
+    // True when every required name was found. A library that lacks a required name stays open
+    // with the table holding what was found: releasing it is the caller's decision.
+    bool load();
+    bool load(const std::string& fileName);
+    // Releases the library; the table keeps its (now dangling) pointers until the next load.
+    void unload();
+    bool isLoaded() const { return m_library.isOpen(); }
+    const std::string& fileName() const { return m_fileName; }
+
+    // Test seam: an empty lookup restores the real one.
+    void setSymbolLookup(SymbolLookup lookup);
+
+  protected:
+    // Binds every listed name; false when a required one is missing.
+    virtual bool bindAll() = 0;
+
+    template <class Function>
+    bool bind(const char* name, Function& pointer) {
+        // Object-to-function pointer conversion is what dlsym/GetProcAddress results require.
+        pointer = reinterpret_cast<Function>(m_lookup(m_library, name));
+        return pointer != nullptr;
+    }
+
+  private:
+    std::string m_fileName;
+    DynamicLibrary m_library;
+    SymbolLookup m_lookup;
+};
+
+template <class Table>
+class SdkBinding final : public SdkLibrary {
+  public:
+    using SdkLibrary::SdkLibrary;
+
+    const Table& functions() const { return m_table; }
+
+  private:
+    bool bindAll() override {
+        bool requiredFound = true;
+        m_table.forEachEntry([&](const char* name, auto& pointer, Need need) {
+            if (!bind(name, pointer) && need == Need::Required) requiredFound = false;
+        });
+        return requiredFound;
+    }
+
+    Table m_table{};
+};
+
+}  // namespace telvarra::platform
+
+// ---- Generating a make's table from its list. ----
+#define TELVARRA_SDK_TYPED_POINTER(name, need) Signatures::name* name = nullptr;
+#define TELVARRA_SDK_UNTYPED_POINTER(name, need) \
+    ::telvarra::platform::UntypedFunction name = nullptr;
+#define TELVARRA_SDK_VISIT_ENTRY(name, need) visit(#name, name, ::telvarra::platform::Need::need);
+#define TELVARRA_SDK_ENTRY_NAME(name, need) #name,
+
+// The members of a table struct: one pointer per listed name, the visit of every entry in list
+// order (name, pointer, need), and the names in order.
+#define TELVARRA_SDK_TABLE(LIST)                                   \
+    LIST(TELVARRA_SDK_TYPED_POINTER, TELVARRA_SDK_UNTYPED_POINTER) \
+    template <class Visit>                                         \
+    void forEachEntry(Visit&& visit) {                             \
+        LIST(TELVARRA_SDK_VISIT_ENTRY, TELVARRA_SDK_VISIT_ENTRY)   \
+    }                                                              \
+    template <class Visit>                                         \
+    void forEachEntry(Visit&& visit) const {                       \
+        LIST(TELVARRA_SDK_VISIT_ENTRY, TELVARRA_SDK_VISIT_ENTRY)   \
+    }                                                              \
+    static constexpr const char* kNames[] = {                      \
+        LIST(TELVARRA_SDK_ENTRY_NAME, TELVARRA_SDK_ENTRY_NAME)};
+
+#endif
