@@ -252,40 +252,35 @@ bool CameraBase::getImageSize(int32_t& width, int32_t& height) {
 
 // ---- geometry
 
-bool CameraBase::setHorMirror(bool on) {
+template <class Change>
+bool CameraBase::withFramePath(Change&& change) {
     if (!m_softwareFrames || !deviceOpen()) return false;
-    m_softwareFrames->setHorMirror(on);
+    change(*m_softwareFrames);
     return true;
+}
+
+bool CameraBase::setHorMirror(bool on) {
+    return withFramePath([&](SoftwareFramePath& path) { path.setHorMirror(on); });
 }
 
 bool CameraBase::getHorMirror(bool& on) {
-    if (!m_softwareFrames || !deviceOpen()) return false;
-    on = m_softwareFrames->horMirror();
-    return true;
+    return withFramePath([&](SoftwareFramePath& path) { on = path.horMirror(); });
 }
 
 bool CameraBase::setVerMirror(bool on) {
-    if (!m_softwareFrames || !deviceOpen()) return false;
-    m_softwareFrames->setVerMirror(on);
-    return true;
+    return withFramePath([&](SoftwareFramePath& path) { path.setVerMirror(on); });
 }
 
 bool CameraBase::getVerMirror(bool& on) {
-    if (!m_softwareFrames || !deviceOpen()) return false;
-    on = m_softwareFrames->verMirror();
-    return true;
+    return withFramePath([&](SoftwareFramePath& path) { on = path.verMirror(); });
 }
 
 bool CameraBase::setRotate(int32_t quarterTurns) {
-    if (!m_softwareFrames || !deviceOpen()) return false;
-    m_softwareFrames->setRotation(quarterTurns);
-    return true;
+    return withFramePath([&](SoftwareFramePath& path) { path.setRotation(quarterTurns); });
 }
 
 bool CameraBase::getRotate(int32_t& quarterTurns) {
-    if (!m_softwareFrames || !deviceOpen()) return false;
-    quarterTurns = m_softwareFrames->rotation();
-    return true;
+    return withFramePath([&](SoftwareFramePath& path) { quarterTurns = path.rotation(); });
 }
 
 // ---- typed named values

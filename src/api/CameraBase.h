@@ -136,6 +136,10 @@ class CameraBase : public ICamera {
     std::optional<SoftwareFramePath> m_softwareFrames;
 
   private:
+    // Runs `change` on the software frame path of an open device; false without either.
+    template <class Change>
+    bool withFramePath(Change&& change);
+
     const CameraProfile& m_profile;
 };
 
