@@ -17,9 +17,12 @@ summary=()
 start_wine() {
     export WINEPREFIX="$PWD/build/windows/wineprefix" WINEDEBUG=-all
     mkdir -p "$WINEPREFIX"
+    # One persistent server for the whole run, started before any program talks to the prefix:
+    # a server that a program starts exits a few seconds after its last client, and a program
+    # connecting while it exits dies with "Connection reset by peer".
+    wineserver -k >/dev/null 2>&1 && wineserver -w || true
+    wineserver -p
     wineboot -i >/dev/null 2>&1 || true
-    # One persistent server for the whole run: each test program then starts in milliseconds.
-    wineserver -p || true  # already running for this prefix
     trap 'wineserver -k >/dev/null 2>&1 || true' EXIT
 }
 

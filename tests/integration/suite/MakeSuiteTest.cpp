@@ -1,0 +1,255 @@
+// The behaviour every make shares, run over every make through its traits on its SDK simulator:
+// the driver's lifecycle, a failure at each step of an open, unplugging and replugging, no frame
+// memory left outstanding, and frames pixel by pixel under every geometry on 1 and 3 channels.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <thread>
+
+#include "suite/MakeTraits.h"
+#include "support/CurrentDirectory.h"
+#include "support/LogCapture.h"
+#include "support/Pictures.h"
+#include "telvarra/CameraFactory.h"
+#include "telvarra/CameraPublicInterface.h"
+
+namespace telvarra::test {
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+class MakeTest : public ::testing::TestWithParam<MakeTraits> {
+  protected:
+    InTempDirectory directory;
+    LogCapture log;
+    CameraPublicInterface* facade = nullptr;
+    const MakeTraits& make = GetParam();
+    const SimulatorControl& simulator = make.simulator;
+
+    void SetUp() override {
+        simulator.reset();
+        addCamera(make.mono);
+        addCamera(make.colour);
+        facade = CameraPublicInterface::getInstance();
+        ASSERT_TRUE(facade->initialize(make.type));
+    }
+    void TearDown() override {
+        CameraPublicInterface::releaseInstance();
+        EXPECT_EQ(simulator.outstandingBuffers(), 0u) << "frame memory the SDK handed out is lost";
+    }
+
+    void addCamera(const Camera& camera) {
+        ASSERT_EQ(simulator.addDevice(camera.rigLine.c_str()), 0) << simulator.lastError();
+    }
+    void openStreaming(const Camera& camera) {
+        ASSERT_TRUE(facade->openCamera(camera.id.c_str(), make.type));
+        ASSERT_TRUE(facade->startCapture(camera.id.c_str()));
+    }
+    unsigned int lastFrameNumber(const Camera& camera) const {
+        unsigned int number = 0;
+        simulator.framesDelivered(camera.id.c_str(), &number);
+        return number;
+    }
+    unsigned int seedOf(const Camera& camera) const {
+        unsigned int seed = 0;
+        simulator.deviceSeed(camera.id.c_str(), &seed);
+        return seed;
+    }
+    bool deviceOpen(const Camera& camera) const { return simulator.isOpen(camera.id.c_str()) == 1; }
+};
+
+TEST_P(MakeTest, DriverStartsOnceListsItsCamerasAndRefusesWorkWhenStopped) {
+    ICameraDriver* driver = CameraFactory::getInstance().getDriver(make.type);
+    ASSERT_NE(driver, nullptr);
+    EXPECT_EQ(driver->getDriverName(), make.name);
+    const auto lines = log.entries().size();
+    EXPECT_TRUE(facade->initialize(make.type));
+    EXPECT_EQ(log.entries().size(), lines + 1);  // the manager's "already initialized" only
+
+    auto list = std::make_unique<_RUVO_DEVICE_INFO_LIST>();
+    ASSERT_TRUE(facade->getAvailableCamerasByType(make.type, list.get()));
+    ASSERT_EQ(list->count, 2u);
+    EXPECT_EQ(list->devices[0].cameraId, make.mono.id);
+    EXPECT_EQ(list->devices[1].cameraId, make.colour.id);
+
+    facade->cleanup();
+    EXPECT_FALSE(driver->isInitialized());
+    EXPECT_EQ(driver->createCamera(make.mono.id.c_str()), nullptr);
+    EXPECT_FALSE(driver->enumerateCameras(list.get()));
+    EXPECT_TRUE(log.contains("ERROR", std::string(make.name) + " driver not initialized"));
+    EXPECT_FALSE(facade->openCamera(make.mono.id.c_str(), make.type));
+
+    ASSERT_TRUE(facade->initialize(make.type));
+    openStreaming(make.mono);
+    ImageData image{};
+    EXPECT_TRUE(facade->getCurrentFrame(make.mono.id.c_str(), image, 0));
+}
+
+TEST_P(MakeTest, SessionStatusFollowsOpenStartStopAndClose) {
+    const char* id = make.mono.id.c_str();
+    ASSERT_TRUE(facade->openCamera(id, make.type));
+    EXPECT_EQ(facade->getCameraStatus(id), RUVO_STATUS_CONNECTED);
+    EXPECT_TRUE(deviceOpen(make.mono));
+    ImageData image{};
+    EXPECT_FALSE(facade->getCurrentFrame(id, image, 0));
+    EXPECT_TRUE(log.contains("ERROR", "Camera not streaming: " + make.mono.id));
+
+    ASSERT_TRUE(facade->startCapture(id));
+    EXPECT_EQ(facade->getCameraStatus(id), RUVO_STATUS_ACQUIRING);
+    EXPECT_TRUE(facade->getCurrentFrame(id, image, 0));
+    ASSERT_TRUE(facade->stopCapture(id));
+    EXPECT_EQ(facade->getCameraStatus(id), make.statusAfterStop);
+    EXPECT_FALSE(facade->getCurrentFrame(id, image, 0));  // refused whatever the status says
+
+    ASSERT_TRUE(facade->closeCamera(id));
+    EXPECT_FALSE(deviceOpen(make.mono));
+    EXPECT_EQ(facade->getCameraStatus(id), RUVO_STATUS_NONE);
+}
+
+TEST_P(MakeTest, AFailureAtAnyOpenStepLeavesNothingOpenAndTheNextOpenWorks) {
+    const char* id = make.mono.id.c_str();
+    for (const OpenStep& step : make.openSteps) {
+        SCOPED_TRACE(std::string(step.function) + " call " + std::to_string(step.nth));
+        simulator.failCall(step.function, make.failure, step.nth);
+        EXPECT_FALSE(facade->openCamera(id, make.type));
+        EXPECT_TRUE(log.contains("ERROR", "Failed to connect camera: " + make.mono.id));
+        EXPECT_FALSE(deviceOpen(make.mono));
+        EXPECT_FALSE(facade->isCameraConnected(id));
+        // The failed camera's configuration is saved when it is destroyed, like any other.
+        EXPECT_TRUE(std::filesystem::exists("camera_" + make.mono.id + ".cfg"));
+        simulator.clearFaults();
+
+        openStreaming(make.mono);
+        ImageData image{};
+        EXPECT_TRUE(facade->getCurrentFrame(id, image, 0));
+        ASSERT_TRUE(facade->closeCamera(id));
+        std::filesystem::remove("camera_" + make.mono.id + ".cfg");
+    }
+}
+
+TEST_P(MakeTest, UnpluggedCameraFailsUntilReconnectedAfterReplug) {
+    const char* id = make.mono.id.c_str();
+    openStreaming(make.mono);
+    ImageData image{};
+    ASSERT_TRUE(facade->getCurrentFrame(id, image, 0));
+
+    ASSERT_EQ(simulator.unplug(id), 0);
+    EXPECT_FALSE(facade->getCurrentFrame(id, image, 0));
+    EXPECT_FALSE(facade->reconnectCamera(id));
+    EXPECT_FALSE(facade->isCameraConnected(id));
+
+    ASSERT_EQ(simulator.replug(id), 0);
+    ASSERT_TRUE(facade->reconnectCamera(id));
+    EXPECT_EQ(facade->getCameraStatus(id), RUVO_STATUS_CONNECTED);
+    ASSERT_TRUE(facade->startCapture(id));
+    EXPECT_TRUE(facade->getCurrentFrame(id, image, 0));
+    EXPECT_TRUE(facade->reconnectCamera(id));  // still connected: nothing to do
+    EXPECT_TRUE(facade->getCurrentFrame(id, image, 0));
+}
+
+struct Geometry {
+    const char* name;
+    bool horizontal;
+    bool vertical;
+    int32_t turns;
+    int32_t zoom;
+};
+
+constexpr Geometry kGeometries[] = {
+    {"plain", false, false, 0, 0},
+    {"mirror left-right", true, false, 0, 0},
+    {"mirror top-bottom", false, true, 0, 0},
+    {"quarter turn", false, false, 1, 0},
+    {"half turn", false, false, 2, 0},
+    {"three quarter turns", false, false, 3, 0},
+    {"zoom 1", false, false, 0, 1},
+    {"zoom 2", false, false, 0, 2},
+    {"both mirrors, quarter turn", true, true, 1, 0},
+    {"mirror, half turn, zoom 2", true, false, 2, 2},
+};
+
+// What the camera should deliver: the frame with the geometry applied, then the zoom window.
+Image expectedImage(const Camera& camera, const Geometry& geometry, unsigned int seed,
+                    unsigned int number) {
+    Image image = deliveredFrame(camera.sensor, seed, number, camera.width, camera.height);
+    if (geometry.horizontal) image = mirroredLeftRight(image);
+    if (geometry.vertical) image = mirroredTopBottom(image);
+    if (geometry.turns) image = turnedClockwise(image, geometry.turns);
+    if (geometry.zoom) image = zoomed(image, geometry.zoom);
+    return image;
+}
+
+TEST_P(MakeTest, FramesOnOneAndThreeChannelsMatchThePatternUnderEveryGeometry) {
+    for (const Camera* camera : {&make.mono, &make.colour}) {
+        const char* id = camera->id.c_str();
+        openStreaming(*camera);
+        for (const Geometry& geometry : kGeometries) {
+            SCOPED_TRACE(camera->id + ", " + geometry.name);
+            EXPECT_TRUE(facade->setCameraHorMirror(id, geometry.horizontal));
+            EXPECT_TRUE(facade->setCameraVerMirror(id, geometry.vertical));
+            EXPECT_TRUE(facade->setCameraRotate(id, geometry.turns));
+            EXPECT_TRUE(facade->setCameraParameter(id, "CameraImageZoomInReturnNormal", ""));
+            for (int step = 0; step < geometry.zoom; ++step)
+                EXPECT_TRUE(facade->setCameraParameter(id, "CameraImageZoomIn", ""));
+
+            for (bool intoCallerBuffer : {false, true}) {
+                ImageData image{};
+                Bytes callerBuffer(camera->width * camera->height * 3);
+                if (intoCallerBuffer) {
+                    ASSERT_TRUE(facade->getCurrentFrame2(id, callerBuffer.data(),
+                                                         static_cast<int32_t>(callerBuffer.size()),
+                                                         image, 0));
+                    EXPECT_EQ(image.data, callerBuffer.data());
+                } else {
+                    ASSERT_TRUE(facade->getCurrentFrame(id, image, 0));
+                }
+                const Image expected =
+                    expectedImage(*camera, geometry, seedOf(*camera), lastFrameNumber(*camera));
+                EXPECT_EQ(image.frameNumber, static_cast<int32_t>(lastFrameNumber(*camera)));
+                ASSERT_EQ(image.dataSize, static_cast<int32_t>(expected.pixels.size()));
+                const Image delivered{image.width, image.height, image.channels,
+                                      Bytes(image.data, image.data + image.dataSize)};
+                EXPECT_EQ(difference(delivered, expected), "")
+                    << (intoCallerBuffer ? "caller's buffer" : "camera's buffer");
+            }
+        }
+    }
+}
+
+TEST_P(MakeTest, TwoThreadsPullingFramesEachGetWholeFrames) {
+    const Camera& camera = make.colour;
+    openStreaming(camera);
+    const unsigned int seed = seedOf(camera);
+    std::atomic<int> torn{0}, delivered{0};
+    const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(1000);
+    auto pull = [&] {
+        Bytes buffer(camera.width * camera.height * 3);
+        while (std::chrono::steady_clock::now() < until) {
+            ImageData image{};
+            if (!facade->getCurrentFrame2(camera.id.c_str(), buffer.data(),
+                                          static_cast<int32_t>(buffer.size()), image, 0)) {
+                ++torn;
+                continue;
+            }
+            const Image expected =
+                deliveredFrame(camera.sensor, seed, static_cast<unsigned>(image.frameNumber),
+                               camera.width, camera.height);
+            if (!std::equal(expected.pixels.begin(), expected.pixels.end(), buffer.begin())) ++torn;
+            ++delivered;
+        }
+    };
+    std::thread first(pull), second(pull);
+    first.join();
+    second.join();
+    EXPECT_EQ(torn, 0);
+    EXPECT_GT(delivered, 4);
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryMake, MakeTest, ::testing::ValuesIn(allMakes()),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+}  // namespace
+}  // namespace telvarra::test

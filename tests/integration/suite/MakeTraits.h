@@ -1,0 +1,60 @@
+// What the shared integration suite knows of one make: its camera type and driver, its
+// simulator's control functions, rig lines for a mono and a colour camera, and the SDK calls of
+// its open path. A new make adds one of these to Makes.cpp, not copies of the tests.
+#ifndef TELVARRA_TESTS_INTEGRATION_MAKETRAITS_H
+#define TELVARRA_TESTS_INTEGRATION_MAKETRAITS_H
+
+#include <string>
+#include <vector>
+
+#include "sim/common/PixelFormat.h"
+#include "telvarra/Types.h"
+
+namespace telvarra::test {
+
+// The control functions every simulator exports under its own prefix.
+struct SimulatorControl {
+    void (*reset)();
+    int (*addDevice)(const char* rigLine);
+    int (*unplug)(const char* id);
+    int (*replug)(const char* id);
+    int (*isOpen)(const char* id);
+    int (*framesDelivered)(const char* id, unsigned int* count);
+    int (*deviceSeed)(const char* id, unsigned int* seed);
+    void (*failCall)(const char* function, int status, unsigned int nth);
+    void (*clearFaults)();
+    unsigned int (*outstandingBuffers)();
+    const char* (*lastError)();
+};
+
+// An SDK call failed once: the `nth` call of `function` from the start of an open.
+struct OpenStep {
+    const char* function;
+    unsigned int nth;
+};
+
+struct Camera {
+    std::string rigLine;  // attributes of the make's rig line; its id is `id`
+    std::string id;
+    sim::PixelFormat sensor;
+    unsigned int width;
+    unsigned int height;
+};
+
+struct MakeTraits {
+    const char* name;      // the driver's name, and the test's
+    Ruvo_CameraType type;  // the registry key cameras are opened with
+    SimulatorControl simulator;
+    int failure;  // a status the make's SDK fails a call with
+    Ruvo_CameraStatus statusAfterStop;
+    // Frame sizes at least 640 wide, so that both zoom steps apply.
+    Camera mono;
+    Camera colour;
+    std::vector<OpenStep> openSteps;
+};
+
+const std::vector<MakeTraits>& allMakes();
+
+}  // namespace telvarra::test
+
+#endif

@@ -1,0 +1,41 @@
+// One entry per make for the shared integration suite.
+#include "sim/hikvision/HikSimControl.h"
+#include "suite/MakeTraits.h"
+
+namespace telvarra::test {
+
+namespace {
+
+constexpr int kHikVisionParameterError = static_cast<int>(0x80000004u);  // MV_E_PARAMETER
+
+MakeTraits hikVision() {
+    return {"HikVision",
+            RUVO_CAMERA_HIKVISION,
+            {HikSim_Reset, HikSim_AddDevice, HikSim_Unplug, HikSim_Replug, HikSim_IsOpen,
+             HikSim_FramesDelivered, HikSim_DeviceSeed, HikSim_FailCall, HikSim_ClearFaults,
+             HikSim_OutstandingBuffers, HikSim_LastError},
+            kHikVisionParameterError,
+            RUVO_STATUS_ACQUIRING,
+            {"id=MONO1 layer=gige size=661x487 format=mono8", "MONO1", sim::PixelFormat::Mono8, 661,
+             487},
+            // Bayer, so that the conversion to RGB runs before the geometry.
+            {"id=COLOUR1 layer=usb3 size=661x487 format=bayer_rg8", "COLOUR1",
+             sim::PixelFormat::BayerRG8, 661, 487},
+            // The camera's own enumeration is the second of an open (the manager's comes first);
+            // the trigger mode is read before the pixel format.
+            {{"MV_CC_EnumDevices", 2},
+             {"MV_CC_CreateHandle", 1},
+             {"MV_CC_OpenDevice", 1},
+             {"MV_CC_GetEnumValue", 1},
+             {"MV_CC_SetEnumValue", 1},
+             {"MV_CC_GetEnumValue", 2}}};
+}
+
+}  // namespace
+
+const std::vector<MakeTraits>& allMakes() {
+    static const std::vector<MakeTraits> makes = {hikVision()};
+    return makes;
+}
+
+}  // namespace telvarra::test
