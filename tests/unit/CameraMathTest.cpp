@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <vector>
 
 #include "api/DigitalZoom.h"
+#include "api/FrameBuffer.h"
 #include "api/PercentMapping.h"
 
 namespace {
@@ -69,6 +71,18 @@ TEST(DigitalZoomTest, CropMovesTheWindowRowsToTheStart) {
             ASSERT_EQ(frame[row * window->width * channels + x], original[source]);
         }
     }
+}
+
+TEST(FrameBufferTest, GrowsToTheLargestFrameAndRefusesAnImpossibleOneWithoutLosingIt) {
+    telvarra::FrameBuffer buffer;
+    ASSERT_TRUE(buffer.reserve(100));
+    buffer.data()[99] = 0x5A;
+    ASSERT_TRUE(buffer.reserve(10));
+    EXPECT_EQ(buffer.size(), 100u);
+    // Far more than any machine has: false rather than an exception out of a camera.
+    EXPECT_FALSE(buffer.reserve(SIZE_MAX));
+    EXPECT_EQ(buffer.size(), 100u);
+    EXPECT_EQ(buffer.data()[99], 0x5A);
 }
 
 }  // namespace
