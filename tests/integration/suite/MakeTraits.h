@@ -27,6 +27,14 @@ struct SimulatorControl {
     const char* (*lastError)();
 };
 
+// The control functions of the simulator whose functions carry `prefix` (HikSim: HikSim_Reset...).
+#define TELVARRA_SIMULATOR_CONTROL(prefix)                                                     \
+    ::telvarra::test::SimulatorControl {                                                       \
+        prefix##_Reset, prefix##_AddDevice, prefix##_Unplug, prefix##_Replug, prefix##_IsOpen, \
+            prefix##_FramesDelivered, prefix##_DeviceSeed, prefix##_FailCall,                  \
+            prefix##_ClearFaults, prefix##_OutstandingBuffers, prefix##_LastError              \
+    }
+
 // An SDK call failed once: the `nth` call of `function` from the start of an open.
 struct OpenStep {
     const char* function;

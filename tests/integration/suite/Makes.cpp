@@ -11,9 +11,7 @@ constexpr int kHikVisionParameterError = static_cast<int>(0x80000004u);  // MV_E
 MakeTraits hikVision() {
     return {"HikVision",
             RUVO_CAMERA_HIKVISION,
-            {HikSim_Reset, HikSim_AddDevice, HikSim_Unplug, HikSim_Replug, HikSim_IsOpen,
-             HikSim_FramesDelivered, HikSim_DeviceSeed, HikSim_FailCall, HikSim_ClearFaults,
-             HikSim_OutstandingBuffers, HikSim_LastError},
+            TELVARRA_SIMULATOR_CONTROL(HikSim),
             kHikVisionParameterError,
             RUVO_STATUS_ACQUIRING,
             {"id=MONO1 layer=gige size=661x487 format=mono8", "MONO1", sim::PixelFormat::Mono8, 661,
