@@ -15,7 +15,7 @@
 
 #include "vendor/hikvision/HikVisionSdk.h"
 #include "sim/common/CallLog.h"
-#include "sim/common/LentBuffers.h"
+#include "sim/common/FrameMemory.h"
 #include "sim/common/VirtualDevice.h"
 
 namespace telvarra::sim::hikvision {
