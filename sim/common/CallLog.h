@@ -7,10 +7,38 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
 namespace telvarra::sim {
+
+// A value recorded in hexadecimal (pixel types, layer masks).
+struct Hex {
+    std::int64_t value;
+};
+
+namespace detail {
+inline void putArgument(std::ostream& out, const char* text) { out << (text ? text : "(null)"); }
+inline void putArgument(std::ostream& out, const Hex& hex) {
+    out << "0x" << std::hex << hex.value << std::dec;
+}
+template <class T>
+void putArgument(std::ostream& out, const T& value) {
+    out << value;
+}
+}  // namespace detail
+
+// The text a call is recorded with: values only, ", "-separated; numbers in decimal (floats with
+// 9 significant digits), texts as they came. Simulators leave pointers out.
+template <class... T>
+std::string callArguments(const T&... values) {
+    std::ostringstream out;
+    out.precision(9);
+    const char* separator = "";
+    ((out << separator, detail::putArgument(out, values), separator = ", "), ...);
+    return out.str();
+}
 
 class FaultPlan {
   public:

@@ -115,4 +115,10 @@ void rotateClockwise(const std::uint8_t* in, std::uint32_t width, std::uint32_t 
     }
 }
 
+bool buffersOverlap(const void* a, std::size_t aBytes, const void* b, std::size_t bBytes) {
+    const auto first = reinterpret_cast<std::uintptr_t>(a);
+    const auto second = reinterpret_cast<std::uintptr_t>(b);
+    return first < second + bBytes && second < first + aBytes;
+}
+
 }  // namespace telvarra::sim

@@ -4,6 +4,7 @@
 #ifndef TELVARRA_SIM_COMMON_IMAGEOPS_H
 #define TELVARRA_SIM_COMMON_IMAGEOPS_H
 
+#include <cstddef>
 #include <cstdint>
 
 #include "sim/common/PixelFormat.h"
@@ -34,6 +35,9 @@ void flipHorizontal(const std::uint8_t* in, std::uint32_t width, std::uint32_t h
 // odd number of turns the output is `height` pixels wide and `width` pixels high.
 void rotateClockwise(const std::uint8_t* in, std::uint32_t width, std::uint32_t height,
                      std::uint32_t bytesPerPixel, std::uint32_t quarterTurns, std::uint8_t* out);
+
+// Whether two byte ranges share a byte: SDK image functions refuse to work in place.
+bool buffersOverlap(const void* a, std::size_t aBytes, const void* b, std::size_t bBytes);
 
 }  // namespace telvarra::sim
 

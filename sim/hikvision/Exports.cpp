@@ -1,21 +1,13 @@
-// The vendor's exported C functions: each hands its arguments to the simulator.
-//
-// The declarations come from the binding's own list, so every export has the exact signature the
-// loader binds; a definition that differed would not compile. The loader-test variants compile
-// this file with the definition <name>=HikSimLeftOut_<name>, which renames that one function
-// (export and definition alike) so that the library lacks exactly that name.
-#include "vendor/hikvision/HikVisionSdk.h"
-#include "sim/hikvision/HikSimControl.h"
+// The vendor's exported C functions (declared in HikVisionExports.h): each hands its arguments
+// to the simulator.
+#include "sim/hikvision/HikVisionExports.h"
 #include "sim/hikvision/HikVisionSimulator.h"
 
-using namespace telvarra::vendor::hikvision;
+namespace telvarra::vendor::hikvision {
+
 using telvarra::sim::hikvision::simulator;
 
 extern "C" {
-
-#define HIKSIM_DECLARE_EXPORT(returnType, name, parameters) HIKSIM_API returnType name parameters;
-TELVARRA_HIKVISION_FUNCTIONS(HIKSIM_DECLARE_EXPORT)
-#undef HIKSIM_DECLARE_EXPORT
 
 int MV_CC_Initialize(void) { return simulator().initialize(); }
 
@@ -132,3 +124,5 @@ int MV_CC_SetCommandValue(void* handle, const char* key) {
 }
 
 }  // extern "C"
+
+}  // namespace telvarra::vendor::hikvision

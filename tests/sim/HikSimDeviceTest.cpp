@@ -1,15 +1,9 @@
 // What the HikVision simulator promises beyond what the camera tests see: enumeration records
-// owned and replaced by the SDK, and exclusive opening.
+// owned and replaced by the SDK, exclusive opening, and handles that are never reused.
 #include "HikSimFixture.h"
 
 namespace telvarra::test {
 namespace {
-
-std::string lastArguments(const char* function) {
-    char buffer[128] = {};
-    if (HikSim_LastArguments(function, buffer, sizeof buffer) < 0) return "(never called)";
-    return buffer;
-}
 
 // ---- Enumeration. ----
 
@@ -19,9 +13,9 @@ TEST_F(HikSimEnumerationTest, RecordsBelongToTheSdkAndAreReplacedByTheNextEnumer
     addDevice("id=A1");
     addDevice("id=A2 layer=usb3");
     MV_CC_DEVICE_INFO_LIST first{}, second{};
-    ASSERT_EQ(sdk().MV_CC_EnumDevices(0x3C5, &first), MV_OK);
+    ASSERT_EQ(MV_CC_EnumDevices(0x3C5, &first), MV_OK);
     const std::string firstSerial = serialOf(first.pDeviceInfo[0]);
-    ASSERT_EQ(sdk().MV_CC_EnumDevices(0x3C5, &second), MV_OK);
+    ASSERT_EQ(MV_CC_EnumDevices(0x3C5, &second), MV_OK);
     // New records at new addresses (the old ones are freed: reading them is a use after free).
     ASSERT_EQ(second.nDeviceNum, 2u);
     for (std::uint32_t i = 0; i < 2; ++i)
@@ -39,15 +33,34 @@ TEST_F(HikSimHandleTest, OpenIsExclusiveUntilClosed) {
     addDevice("id=E1 layer=usb3");
     void* first = openDevice("E1");
     void* second = createHandle("E1");
-    EXPECT_EQ(sdk().MV_CC_OpenDevice(second, MV_ACCESS_Exclusive, 0), MV_E_ACCESS_DENIED);
+    EXPECT_EQ(MV_CC_OpenDevice(second, MV_ACCESS_Exclusive, 0), MV_E_ACCESS_DENIED);
     EXPECT_EQ(static_cast<unsigned int>(MV_E_ACCESS_DENIED), 0x80000203u);
-    EXPECT_EQ(sdk().MV_CC_OpenDevice(second, MV_ACCESS_Monitor, 0), MV_E_ACCESS_DENIED);
-    EXPECT_EQ(sdk().MV_CC_OpenDevice(first, MV_ACCESS_Exclusive, 0), MV_E_CALLORDER);
+    EXPECT_EQ(MV_CC_OpenDevice(second, MV_ACCESS_Monitor, 0), MV_E_ACCESS_DENIED);
+    EXPECT_EQ(MV_CC_OpenDevice(first, MV_ACCESS_Exclusive, 0), MV_E_CALLORDER);
 
-    EXPECT_EQ(sdk().MV_CC_CloseDevice(first), MV_OK);
-    EXPECT_EQ(sdk().MV_CC_CloseDevice(first), MV_E_CALLORDER);
-    EXPECT_EQ(sdk().MV_CC_OpenDevice(second, MV_ACCESS_Exclusive, 0), MV_OK);
+    EXPECT_EQ(MV_CC_CloseDevice(first), MV_OK);
+    EXPECT_EQ(MV_CC_CloseDevice(first), MV_E_CALLORDER);
+    EXPECT_EQ(MV_CC_OpenDevice(second, MV_ACCESS_Exclusive, 0), MV_OK);
     EXPECT_EQ(lastArguments("MV_CC_OpenDevice"), "1, 0");
+}
+
+TEST_F(HikSimHandleTest, ADestroyedHandleStaysInvalidAfterNewHandlesAndAReset) {
+    addDevice("id=H1");
+    void* first = openDevice("H1");
+    ASSERT_EQ(MV_CC_DestroyHandle(first), MV_OK);
+    EXPECT_EQ(HikSim_IsOpen("H1"), 0);  // destroying an open handle closes its session
+    void* second = createHandle("H1");
+    EXPECT_NE(second, first);
+    EXPECT_EQ(MV_CC_OpenDevice(first, MV_ACCESS_Exclusive, 0), MV_E_HANDLE);
+    EXPECT_EQ(MV_CC_DestroyHandle(first), MV_E_HANDLE);
+
+    HikSim_Reset();
+    ASSERT_EQ(MV_CC_Initialize(), MV_OK);
+    addDevice("id=H1");
+    void* third = createHandle("H1");
+    EXPECT_NE(third, first);
+    EXPECT_NE(third, second);
+    EXPECT_EQ(MV_CC_CloseDevice(second), MV_E_HANDLE);
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
-// Tests of the HikVision simulator call it the way the driver does: through the function table
-// the real loader bound from the library by its vendor file name. The test program links the
-// same library for the control functions, so both reach one instance.
+// Tests of the HikVision simulator call its exported vendor and control functions directly: the
+// test program links the simulator library.
 #ifndef TELVARRA_TESTS_SIM_HIKSIMFIXTURE_H
 #define TELVARRA_TESTS_SIM_HIKSIMFIXTURE_H
 
@@ -10,14 +9,12 @@
 #include <string>
 #include <vector>
 
-#include "drivers/hikvision/HikVisionBinding.h"
 #include "sim/hikvision/HikSimControl.h"
-#include "vendor/hikvision/HikVisionSdk.h"
+#include "sim/hikvision/HikVisionExports.h"
 
 namespace telvarra::test {
 
 using namespace telvarra::vendor::hikvision;
-using telvarra::hikvision::HikVisionFunctions;
 
 // A text field read at its absolute offset in the record, bounded by the field size.
 inline std::string textAt(const void* record, std::size_t offset, std::size_t size) {
@@ -41,24 +38,26 @@ inline std::string serialOf(const MV_CC_DEVICE_INFO* record) {
 
 class HikSimTest : public ::testing::Test {
   protected:
-    static void SetUpTestSuite() { ASSERT_TRUE(hikvision::hikVisionBinding().load()); }
-
     void SetUp() override {
         HikSim_Reset();
-        ASSERT_EQ(sdk().MV_CC_Initialize(), MV_OK);
+        ASSERT_EQ(MV_CC_Initialize(), MV_OK);
     }
 
     void TearDown() override { HikSim_Reset(); }
-
-    static const HikVisionFunctions& sdk() { return hikvision::hikVisionSdk(); }
 
     static void addDevice(const std::string& line) {
         ASSERT_EQ(HikSim_AddDevice(line.c_str()), 0) << line << ": " << HikSim_LastError();
     }
 
+    static std::string lastArguments(const char* function) {
+        char buffer[128] = {};
+        if (HikSim_LastArguments(function, buffer, sizeof buffer) < 0) return "(never called)";
+        return buffer;
+    }
+
     std::vector<const MV_CC_DEVICE_INFO*> enumerate(unsigned int mask = 0x3C5) {
         m_list = MV_CC_DEVICE_INFO_LIST{};
-        EXPECT_EQ(sdk().MV_CC_EnumDevices(mask, &m_list), MV_OK);
+        EXPECT_EQ(MV_CC_EnumDevices(mask, &m_list), MV_OK);
         return {m_list.pDeviceInfo, m_list.pDeviceInfo + m_list.nDeviceNum};
     }
 
@@ -74,19 +73,19 @@ class HikSimTest : public ::testing::Test {
     void* createHandle(const std::string& id) {
         const MV_CC_DEVICE_INFO record = recordOf(id);
         void* handle = nullptr;
-        EXPECT_EQ(sdk().MV_CC_CreateHandle(&handle, &record), MV_OK);
+        EXPECT_EQ(MV_CC_CreateHandle(&handle, &record), MV_OK);
         return handle;
     }
 
     void* openDevice(const std::string& id) {
         void* handle = createHandle(id);
-        EXPECT_EQ(sdk().MV_CC_OpenDevice(handle, MV_ACCESS_Exclusive, 0), MV_OK);
+        EXPECT_EQ(MV_CC_OpenDevice(handle, MV_ACCESS_Exclusive, 0), MV_OK);
         return handle;
     }
 
     void* startStreaming(const std::string& id) {
         void* handle = openDevice(id);
-        EXPECT_EQ(sdk().MV_CC_StartGrabbing(handle), MV_OK);
+        EXPECT_EQ(MV_CC_StartGrabbing(handle), MV_OK);
         return handle;
     }
 
