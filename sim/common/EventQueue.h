@@ -2,7 +2,8 @@
 // registers a handler per source (a camera) and kind (a family of events), with a context pointer
 // it wants back; the simulator posts events, and they wait until the host pumps (Canon:
 // EdsGetEvent). Delivery happens only there, on the pumping thread, in the order posted: never on
-// a thread of the simulator's own.
+// a thread of the simulator's own. The queue takes no lock of its own: the simulator posts and
+// pumps inside its call gate, whose lock is recursive, so a handler may call back into the SDK.
 #ifndef TELVARRA_SIM_COMMON_EVENTQUEUE_H
 #define TELVARRA_SIM_COMMON_EVENTQUEUE_H
 
