@@ -224,6 +224,12 @@ void HikVisionCamera::saveUserData() const {
     m_sdk.MV_CC_SetCommandValue(m_handle, "UserDataSave");
 }
 
+bool HikVisionCamera::setAndSave(const PercentControl& control, int32_t percent) {
+    if (!setByPercent(control, percent)) return false;
+    saveUserData();
+    return true;
+}
+
 bool HikVisionCamera::setExposureMod(bool automatic) {
     if (!m_handle) return false;
     MVCC_ENUMVALUE gainMode{}, exposureMode{};
@@ -245,27 +251,19 @@ bool HikVisionCamera::getExposureMod(bool& automatic) {
 }
 
 bool HikVisionCamera::setBrightnessByPercent(int32_t percent) {
-    if (!setByPercent(m_brightness, percent)) return false;
-    saveUserData();
-    return true;
+    return setAndSave(m_brightness, percent);
 }
 
 bool HikVisionCamera::getBrightnessByPercent(int32_t& percent) {
     return getByPercent(m_brightness, percent);
 }
 
-bool HikVisionCamera::setGainByPercent(int32_t percent) {
-    if (!setByPercent(m_gain, percent)) return false;
-    saveUserData();
-    return true;
-}
+bool HikVisionCamera::setGainByPercent(int32_t percent) { return setAndSave(m_gain, percent); }
 
 bool HikVisionCamera::getGainByPercent(int32_t& percent) { return getByPercent(m_gain, percent); }
 
 bool HikVisionCamera::setExposureByPercent(int32_t percent) {
-    if (!setByPercent(m_exposure, percent)) return false;
-    saveUserData();
-    return true;
+    return setAndSave(m_exposure, percent);
 }
 
 bool HikVisionCamera::getExposureByPercent(int32_t& percent) {

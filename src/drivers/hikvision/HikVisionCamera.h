@@ -45,6 +45,7 @@ class HikVisionCamera final : public CameraBase {
     bool readModes(sdk::MVCC_ENUMVALUE& gainMode, sdk::MVCC_ENUMVALUE& exposureMode) const;
     // Ends every successful setter: the device keeps its settings over a power cycle.
     void saveUserData() const;
+    bool setAndSave(const PercentControl& control, int32_t percent);
 
     const HikVisionFunctions& m_sdk;
     void* m_handle = nullptr;
