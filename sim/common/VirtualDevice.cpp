@@ -62,13 +62,18 @@ bool VirtualDevice::setFormat(PixelFormat format) {
     return true;
 }
 
-DeviceFrame VirtualDevice::nextFrame() {
+DeviceFrame VirtualDevice::nextFrameHeader() {
     DeviceFrame frame;
     frame.number = ++m_framesDelivered;
     frame.timestampMicroseconds = frame.number * kFramePeriodMicroseconds;
     frame.format = m_format;
     frame.width = m_description.width;
     frame.height = m_description.height;
+    return frame;
+}
+
+DeviceFrame VirtualDevice::nextFrame() {
+    DeviceFrame frame = nextFrameHeader();
     frame.data.resize(frameBytes(m_format, frame.width, frame.height));
     renderFrame(m_format, m_description.seed, frame.number, frame.width, frame.height,
                 frame.data.data());

@@ -76,6 +76,9 @@ class VirtualDevice {
 
     // Renders the next frame of the session and counts it.
     DeviceFrame nextFrame();
+    // Counts the next frame without rendering it (its data stays empty), for makes that render
+    // straight into the caller's memory.
+    DeviceFrame nextFrameHeader();
     std::uint32_t framesDelivered() const { return m_framesDelivered; }
 
   private:
