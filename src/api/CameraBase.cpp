@@ -32,6 +32,11 @@ DeviceInfo placeholderRecord(const std::string& cameraId, const CameraProfile& p
 
 }  // namespace
 
+std::string literalTail(const char* literal, int64_t offset) {
+    const std::size_t length = std::strlen(literal);
+    return offset >= 0 && static_cast<std::size_t>(offset) < length ? literal + offset : "";
+}
+
 CameraBase::CameraBase(std::string cameraId, const CameraProfile& profile, FramePath framePath)
     : m_cameraId(std::move(cameraId)),
       m_deviceInfo(placeholderRecord(m_cameraId, profile)),
@@ -73,6 +78,9 @@ bool CameraBase::disconnect() {
     if (!closeDevice() && m_profile.closeFailureKeepsConnected) return false;
     logInfo(m_profile.disconnecting + m_cameraId);
     m_connected = false;
+    // A closed device streams nothing, also when its stop was refused (an unplugged camera):
+    // left set, the flag would make every later start a no-op "already streaming".
+    m_acquiring = false;
     m_status = RUVO_STATUS_DISCONNECTED;
     return true;
 }
@@ -160,7 +168,10 @@ bool CameraBase::getCurrentFrameToBuffer(unsigned char* buffer, int32_t size, Im
     std::lock_guard<QCriticalSection> guard(m_frameLock);
     if (!getCurrentFrame(image, option)) return false;
     if (size < image.dataSize) {
-        logError("Buffer too small: " + m_cameraId);
+        logError("Buffer too small: " +
+                 (m_profile.refusalsNameNumbers
+                      ? literalTail(" < ", size) + std::to_string(image.dataSize)
+                      : m_cameraId));
         return false;
     }
     std::memcpy(buffer, image.data, static_cast<std::size_t>(image.dataSize));
@@ -233,7 +244,10 @@ _RUVO_IMAGE_FORMAT_LIST CameraBase::getSupportedImageFormats() {
 bool CameraBase::setImageSize(int32_t width, int32_t height) {
     if (width < 1 || width > m_deviceInfo.maxWidth || height < 1 ||
         height > m_deviceInfo.maxHeight) {
-        logError("Invalid image size: " + m_cameraId);
+        logError("Invalid image size: " +
+                 (m_profile.refusalsNameNumbers
+                      ? std::to_string(width) + "x" + std::to_string(height)
+                      : m_cameraId));
         return false;
     }
     // Recorded for the host only: frames keep the device's size.

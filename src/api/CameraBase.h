@@ -39,7 +39,15 @@ struct CameraProfile {
     Ruvo_CameraStatus statusAfterStop;
     // MindVision stays connected when its SDK refuses to close the device.
     bool closeFailureKeepsConnected;
+    // DaHeng's refusals of an image size and of a short buffer name the numbers at fault, the
+    // others name the camera.
+    bool refusalsNameNumbers;
 };
+
+// What some log lines keep of an old slip, a text literal advanced by a number of characters
+// (" < " by a buffer's size): the rest of the literal, or nothing once the offset passes its end,
+// where the slip would read past it.
+std::string literalTail(const char* literal, int64_t offset);
 
 class CameraBase : public ICamera {
   public:

@@ -7,8 +7,12 @@ namespace telvarra {
 
 int32_t clampPercent(int32_t percent) { return std::clamp(percent, 0, 100); }
 
-double percentToRange(int32_t percent, double minimum, double maximum) {
-    return minimum + (maximum - minimum) * clampPercent(percent) / 100.0;
+double percentToRange(int32_t percent, double minimum, double maximum,
+                      PercentArithmetic arithmetic) {
+    const int32_t clamped = clampPercent(percent);
+    if (arithmetic == PercentArithmetic::DivideThenScale)
+        return minimum + (maximum - minimum) * (clamped / 100.0);
+    return minimum + (maximum - minimum) * clamped / 100.0;
 }
 
 int32_t rangeToPercent(double current, double minimum, double maximum) {
@@ -20,7 +24,8 @@ int32_t rangeToPercent(double current, double minimum, double maximum) {
 
 bool setByPercent(const PercentControl& control, int32_t percent) {
     const std::optional<DeviceRange> range = control.read();
-    return range && control.write(percentToRange(percent, range->minimum, range->maximum));
+    return range && control.write(percentToRange(percent, range->minimum, range->maximum,
+                                                 control.arithmetic));
 }
 
 bool getByPercent(const PercentControl& control, int32_t& percent) {

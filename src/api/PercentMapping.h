@@ -18,8 +18,16 @@ struct DeviceRange {
 
 int32_t clampPercent(int32_t percent);
 
-// min + (max - min) * p / 100, with p clamped to 0..100 first.
-double percentToRange(int32_t percent, double minimum, double maximum);
+// Where the percentage becomes a fraction of the range. The makes differ, and in double
+// arithmetic the two orders can differ in the last bit, which a truncation then shows.
+enum class PercentArithmetic {
+    ScaleThenDivide,  // min + (max - min) * p / 100: HikVision, MindVision
+    DivideThenScale,  // min + (max - min) * (p / 100.0): DaHeng, Dvp
+};
+
+// The device value of p %, with p clamped to 0..100 first.
+double percentToRange(int32_t percent, double minimum, double maximum,
+                      PercentArithmetic arithmetic = PercentArithmetic::ScaleThenDivide);
 
 // trunc((current - min) / (max - min) * 100), clamped to 0..100; an inverted range answers by
 // the same formula, an empty one 0.
@@ -30,6 +38,7 @@ int32_t rangeToPercent(double current, double minimum, double maximum);
 struct PercentControl {
     std::function<std::optional<DeviceRange>()> read;
     std::function<bool(double value)> write;
+    PercentArithmetic arithmetic = PercentArithmetic::ScaleThenDivide;
 };
 
 // Reads the range, then writes the mapped value.

@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "core/StandardDrivers.h"
+#include "drivers/daheng/DaHengDriver.h"
 #include "drivers/hikvision/HikVisionDriver.h"
 #include "telvarra/CameraFactory.h"
 
@@ -19,6 +20,7 @@ void registerDriver(Ruvo_CameraType key) {
 
 void registerStandardDrivers() {
     registerDriver<hikvision::HikVisionDriver>(RUVO_CAMERA_HIKVISION);
+    registerDriver<daheng::DaHengDriver>(RUVO_CAMERA_DAHENG);
 }
 
 }  // namespace telvarra

@@ -53,6 +53,10 @@ void* DynamicLibrary::symbol(const char* name) const {
 
 std::string sharedLibraryFileName(const std::string& baseName) { return baseName + ".dll"; }
 
+std::string platformFileName(const std::string& windowsName, const std::string&) {
+    return windowsName;
+}
+
 #else
 
 bool DynamicLibrary::open(const std::string& fileName) {
@@ -74,6 +78,8 @@ void* DynamicLibrary::symbol(const char* name) const {
 }
 
 std::string sharedLibraryFileName(const std::string& baseName) { return "lib" + baseName + ".so"; }
+
+std::string platformFileName(const std::string&, const std::string& unixName) { return unixName; }
 
 #endif
 

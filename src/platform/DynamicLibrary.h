@@ -32,6 +32,8 @@ class DynamicLibrary {
 
 // The platform's file name of a shared library: "<base>.dll" on Windows, "lib<base>.so" elsewhere.
 std::string sharedLibraryFileName(const std::string& baseName);
+// One of two file names: a vendor's Windows and Linux libraries often differ beyond that rule.
+std::string platformFileName(const std::string& windowsName, const std::string& unixName);
 
 }  // namespace telvarra::platform
 

@@ -18,16 +18,20 @@ Image ofSize(int width, int height, int channels) {
 
 }  // namespace
 
+Image sensorFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t frame,
+                  std::uint32_t width, std::uint32_t height) {
+    Image image = ofSize(static_cast<int>(width), static_cast<int>(height),
+                         static_cast<int>(sim::bytesPerPixel(sensor)));
+    sim::renderFrame(sensor, seed, frame, width, height, image.pixels.data());
+    return image;
+}
+
 Image deliveredFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t frame,
                      std::uint32_t width, std::uint32_t height) {
-    std::vector<std::uint8_t> raw(sim::frameBytes(sensor, width, height));
-    sim::renderFrame(sensor, seed, frame, width, height, raw.data());
-    if (!sim::isBayer(sensor)) {
-        return Image{static_cast<int>(width), static_cast<int>(height),
-                     static_cast<int>(sim::bytesPerPixel(sensor)), std::move(raw)};
-    }
+    Image raw = sensorFrame(sensor, seed, frame, width, height);
+    if (!sim::isBayer(sensor)) return raw;
     Image image = ofSize(static_cast<int>(width), static_cast<int>(height), 3);
-    sim::demosaicBilinear(sensor, raw.data(), width, height, image.pixels.data());
+    sim::demosaicBilinear(sensor, raw.pixels.data(), width, height, image.pixels.data());
     return image;
 }
 

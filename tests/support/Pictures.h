@@ -19,6 +19,9 @@ struct Image {
     std::vector<std::uint8_t> pixels;  // rows back to back
 };
 
+// Frame `frame` as the sensor sends it: Bayer mosaics as they are, one byte a pixel.
+Image sensorFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t frame,
+                  std::uint32_t width, std::uint32_t height);
 // Frame `frame` as the library hands it to a host: Bayer mosaics demosaiced to RGB, the packed
 // formats as the sensor sends them (mono one channel, BGR in B, G, R order).
 Image deliveredFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t frame,

@@ -32,6 +32,7 @@ constexpr CameraProfile kProfile{RUVO_CAMERA_HIKVISION,
                                  " from HikVision camera: ",
                                  " for HikVision camera: ",
                                  RUVO_STATUS_ACQUIRING,
+                                 false,
                                  false};
 
 // The three formats frames are delivered in as the device sends them; any other is converted.

@@ -146,7 +146,9 @@ TEST_P(MakeTest, UnpluggedCameraFailsUntilReconnectedAfterReplug) {
     EXPECT_EQ(facade->getCameraStatus(id), RUVO_STATUS_CONNECTED);
     ASSERT_TRUE(facade->startCapture(id));
     EXPECT_TRUE(facade->getCurrentFrame(id, image, 0));
-    EXPECT_TRUE(facade->reconnectCamera(id));  // still connected: nothing to do
+    // Connected: some makes keep the session, others open it again and must be started.
+    EXPECT_TRUE(facade->reconnectCamera(id));
+    EXPECT_TRUE(facade->startCapture(id));
     EXPECT_TRUE(facade->getCurrentFrame(id, image, 0));
 }
 

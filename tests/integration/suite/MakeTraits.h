@@ -4,6 +4,7 @@
 #ifndef TELVARRA_TESTS_INTEGRATION_MAKETRAITS_H
 #define TELVARRA_TESTS_INTEGRATION_MAKETRAITS_H
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -62,6 +63,9 @@ struct MakeTraits {
 };
 
 const std::vector<MakeTraits>& allMakes();
+
+// Test names and failures name the make, not the record's bytes.
+inline void PrintTo(const MakeTraits& make, std::ostream* out) { *out << make.name; }
 
 }  // namespace telvarra::test
 

@@ -1,4 +1,5 @@
 // One entry per make for the shared integration suite.
+#include "sim/daheng/DahSimControl.h"
 #include "sim/hikvision/HikSimControl.h"
 #include "suite/MakeTraits.h"
 
@@ -29,10 +30,34 @@ MakeTraits hikVision() {
              {"MV_CC_GetEnumValue", 2}}};
 }
 
+constexpr int kDaHengError = -1;  // GX_STATUS_ERROR
+
+MakeTraits daHeng() {
+    return {"DaHeng",
+            RUVO_CAMERA_DAHENG,
+            TELVARRA_SIMULATOR_CONTROL(DahSim),
+            kDaHengError,
+            RUVO_STATUS_CONNECTED,
+            {"id=DMONO1 layer=usb3 size=661x487 format=mono8", "DMONO1", sim::PixelFormat::Mono8,
+             661, 487},
+            // RGB: this make delivers Bayer mosaics as they come, on one channel.
+            {"id=DCOLOUR1 layer=gige size=661x487 format=rgb8", "DCOLOUR1", sim::PixelFormat::Rgb8,
+             661, 487},
+            // The camera's own refresh and listing are the second of an open.
+            {{"GXUpdateAllDeviceList", 2},
+             {"GXGetAllDeviceBaseInfo", 2},
+             {"GXOpenDevice", 1},
+             {"GXSetEnumValueByString", 1},
+             {"GXSetEnumValueByString", 2},
+             {"GXGetEnumValue", 1},
+             {"GXGetIntValue", 1},
+             {"GXGetIntValue", 2}}};
+}
+
 }  // namespace
 
 const std::vector<MakeTraits>& allMakes() {
-    static const std::vector<MakeTraits> makes = {hikVision()};
+    static const std::vector<MakeTraits> makes = {hikVision(), daHeng()};
     return makes;
 }
 

@@ -1,0 +1,65 @@
+// One DaHeng camera, opened by serial number. Frames are pulled on the caller's thread: each fetch
+// has the SDK write one image into the camera's buffer; the software frame path then mirrors,
+// turns and zooms it.
+#ifndef TELVARRA_DRIVERS_DAHENG_DAHENGCAMERA_H
+#define TELVARRA_DRIVERS_DAHENG_DAHENGCAMERA_H
+
+#include <atomic>
+#include <string>
+
+#include "api/CameraBase.h"
+#include "api/FrameBuffer.h"
+#include "api/PercentMapping.h"
+#include "drivers/daheng/DaHengBinding.h"
+
+namespace telvarra::daheng {
+
+class DaHengCamera final : public CameraBase {
+  public:
+    explicit DaHengCamera(const std::string& cameraId);
+    ~DaHengCamera() override;
+
+    bool initialize() override;
+    bool setImageFormat(Ruvo_ImageFormat format) override;
+    bool setExposureMod(bool automatic) override;
+    bool getExposureMod(bool& automatic) override;
+    bool setBrightnessByPercent(int32_t percent) override;
+    bool getBrightnessByPercent(int32_t& percent) override;
+    bool setGainByPercent(int32_t percent) override;
+    bool getGainByPercent(int32_t& percent) override;
+    bool setExposureByPercent(int32_t percent) override;
+    bool getExposureByPercent(int32_t& percent) override;
+
+  private:
+    bool closeDevice() override;
+    bool startStreaming() override;
+    bool stopStreaming() override;
+    bool deviceOpen() const override { return m_handle != nullptr; }
+    bool fetchFrame(ImageData& image) override;
+
+    bool findDevice();
+    bool openDevice();
+    bool readPixelFormat();
+    bool readSensorSize();
+    bool readEnum(const char* feature, sdk::GX_ENUM_VALUE& value) const;
+    // The device's own save of its features, after every setter; what it answers is not used.
+    void saveFeatures() const;
+    bool setAndSave(const PercentControl& control, int32_t percent);
+    PercentControl floatControl(const char* feature);
+
+    const DaHengFunctions& m_sdk;
+    void* m_handle = nullptr;
+    sdk::GX_DEVICE_BASE_INFO m_baseInfo{};
+    int64_t m_sensorWidth = 0;
+    int64_t m_sensorHeight = 0;
+    // True from a disconnect to the next connect: frames are refused meanwhile.
+    std::atomic<bool> m_offline{false};
+    FrameBuffer m_frameBuffer;  // sensor width x height x 4 bytes
+    PercentControl m_brightness;
+    PercentControl m_gain;
+    PercentControl m_exposure;
+};
+
+}  // namespace telvarra::daheng
+
+#endif
