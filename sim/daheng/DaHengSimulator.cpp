@@ -7,6 +7,7 @@
 #include <limits>
 #include <utility>
 
+#include "sim/common/FeatureRange.h"
 #include "sim/common/GenICamPixelCodes.h"
 #include "sim/common/RecordFields.h"
 #include "sim/common/TestPattern.h"
@@ -570,31 +571,19 @@ GX_STATUS DaHengSimulator::getImage(void* device, GX_FRAME_DATA* frame, std::uin
 
 // ---- DaHeng's own test control. ----
 
-bool DaHengSimulator::setFloatRange(const std::string& id, double min, double max,
-                                    FloatFeature DeviceState::*feature) {
-    return changeDevice(id, [&](Device& device) {
-        if (!(min <= max)) return std::string("min above max");
-        FloatFeature& range = device.state.*feature;
-        range = FloatFeature{min, max, std::clamp(range.current, min, max)};
-        return std::string();
-    });
-}
-
 bool DaHengSimulator::setGainRange(const std::string& id, double min, double max) {
-    return setFloatRange(id, min, max, &DeviceState::gain);
+    return changeDevice(
+        id, [&](Device& device) { return setFeatureRange(device.state.gain, min, max); });
 }
 
 bool DaHengSimulator::setExposureRange(const std::string& id, double min, double max) {
-    return setFloatRange(id, min, max, &DeviceState::exposure);
+    return changeDevice(
+        id, [&](Device& device) { return setFeatureRange(device.state.exposure, min, max); });
 }
 
 bool DaHengSimulator::setGrayValueRange(const std::string& id, std::int64_t min, std::int64_t max) {
-    return changeDevice(id, [&](Device& device) {
-        if (min > max) return std::string("min above max");
-        IntFeature& gray = device.state.grayValue;
-        gray = IntFeature{min, max, std::clamp(gray.current, min, max)};
-        return std::string();
-    });
+    return changeDevice(
+        id, [&](Device& device) { return setFeatureRange(device.state.grayValue, min, max); });
 }
 
 bool DaHengSimulator::makeNextFrameIncomplete(const std::string& id) {

@@ -90,8 +90,6 @@ class DaHengSimulator : public SimulatorCore<DeviceState, HandleState> {
     sdk::GX_STATUS onDevice(const char* function, std::string arguments, void* handle, Body&& body);
     sdk::GX_STATUS writeEnum(Device& device, const std::string& name, std::int64_t value);
     const Device* listedDevice(const sdk::GX_OPEN_PARAM& param, sdk::GX_STATUS& status);
-    bool setFloatRange(const std::string& id, double min, double max,
-                       FloatFeature DeviceState::*feature);
     template <class T>
     static std::optional<T> recorded(const std::map<std::string, T>& values,
                                      const std::string& feature);

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <utility>
 
+#include "sim/common/FeatureRange.h"
 #include "sim/common/GenICamPixelCodes.h"
 #include "sim/common/ImageOps.h"
 #include "sim/common/RecordFields.h"
@@ -663,32 +664,20 @@ int HikVisionSimulator::rotateImage(void* handle, MV_CC_ROTATE_IMAGE_PARAM* para
 
 // ---- HikVision's own test control. ----
 
-bool HikVisionSimulator::setFloatRange(const std::string& id, float min, float max,
-                                       FloatFeature DeviceState::*feature) {
-    return changeDevice(id, [&](Device& device) {
-        if (!(min <= max)) return std::string("min above max");
-        FloatFeature& range = device.state.*feature;
-        range = FloatFeature{min, max, std::clamp(range.current, min, max)};
-        return std::string();
-    });
-}
-
 bool HikVisionSimulator::setGainRange(const std::string& id, float min, float max) {
-    return setFloatRange(id, min, max, &DeviceState::gain);
+    return changeDevice(
+        id, [&](Device& device) { return setFeatureRange(device.state.gain, min, max); });
 }
 
 bool HikVisionSimulator::setExposureRange(const std::string& id, float min, float max) {
-    return setFloatRange(id, min, max, &DeviceState::exposure);
+    return changeDevice(
+        id, [&](Device& device) { return setFeatureRange(device.state.exposure, min, max); });
 }
 
 bool HikVisionSimulator::setBrightnessRange(const std::string& id, std::uint32_t min,
                                             std::uint32_t max) {
-    return changeDevice(id, [&](Device& device) {
-        if (min > max) return std::string("min above max");
-        IntFeature& brightness = device.state.brightness;
-        brightness = IntFeature{min, max, 1, std::clamp(brightness.current, min, max)};
-        return std::string();
-    });
+    return changeDevice(
+        id, [&](Device& device) { return setFeatureRange(device.state.brightness, min, max); });
 }
 
 std::optional<float> HikVisionSimulator::lastSetGain() { return locked(m_lastGain); }

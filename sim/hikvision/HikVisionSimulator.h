@@ -111,8 +111,6 @@ class HikVisionSimulator : public SimulatorCore<DeviceState, HandleState> {
     template <class Body>
     int onDevice(const char* function, std::string arguments, void* handle, Body&& body);
     std::unique_ptr<sdk::MV_CC_DEVICE_INFO> makeRecord(const Device& device, std::size_t index);
-    bool setFloatRange(const std::string& id, float min, float max,
-                       FloatFeature DeviceState::*feature);
     // A recorded value, read under the lock.
     template <class T>
     T locked(const T& value) {
