@@ -34,6 +34,16 @@ TEST(DemoTest, SavesEveryDefaultCameraFramesAsPicturesOfThePattern) {
         expectPicture(output + "/DA0002-" + number + ".png",
                       cameraFrame(sim::PixelFormat::Mono8, monoSeed, frame, 1280, 1024));
     }
+    // DaHeng cameras deliver Bayer mosaics as they come, on one channel.
+    for (std::uint32_t frame = 1; frame <= 3; ++frame) {
+        const std::string number = "000" + std::to_string(frame);
+        expectPicture(
+            output + "/DH0001-" + number + ".png",
+            sensorFrame(sim::PixelFormat::Mono8, sim::seedFromId("DH0001"), frame, 1280, 1024));
+        expectPicture(
+            output + "/DH0002-" + number + ".png",
+            sensorFrame(sim::PixelFormat::BayerRG8, sim::seedFromId("DH0002"), frame, 2448, 2048));
+    }
     const Image first = cameraFrame(sim::PixelFormat::BayerRG8, colourSeed, 1, 2448, 2048);
     expectPicture(output + "/turned/DA0001-0001.png", turnedClockwise(mirroredLeftRight(first), 1));
 }
