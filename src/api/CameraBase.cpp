@@ -297,6 +297,35 @@ bool CameraBase::getRotate(int32_t& quarterTurns) {
     return withFramePath([&](SoftwareFramePath& path) { quarterTurns = path.rotation(); });
 }
 
+// ---- percent controls
+
+bool CameraBase::setPercent(const PercentControl& control, int32_t percent) {
+    if (!control.read) return true;
+    if (!setByPercent(control, percent)) return false;
+    afterPercentSet();
+    return true;
+}
+
+bool CameraBase::getPercent(const PercentControl& control, int32_t& percent) {
+    return !control.read || getByPercent(control, percent);
+}
+
+bool CameraBase::setBrightnessByPercent(int32_t percent) {
+    return setPercent(m_brightness, percent);
+}
+
+bool CameraBase::getBrightnessByPercent(int32_t& percent) {
+    return getPercent(m_brightness, percent);
+}
+
+bool CameraBase::setGainByPercent(int32_t percent) { return setPercent(m_gain, percent); }
+
+bool CameraBase::getGainByPercent(int32_t& percent) { return getPercent(m_gain, percent); }
+
+bool CameraBase::setExposureByPercent(int32_t percent) { return setPercent(m_exposure, percent); }
+
+bool CameraBase::getExposureByPercent(int32_t& percent) { return getPercent(m_exposure, percent); }
+
 // ---- typed named values
 
 bool CameraBase::getIntValue(const char*, _RUVO_INT_VALUE*) { return true; }

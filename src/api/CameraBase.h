@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 
+#include "api/PercentMapping.h"
 #include "api/SoftwareFramePath.h"
 #include "platform/QCriticalSection.h"
 #include "telvarra/ICamera.h"
@@ -80,6 +81,15 @@ class CameraBase : public ICamera {
     bool setRotate(int32_t quarterTurns) override;
     bool getRotate(int32_t& quarterTurns) override;
 
+    // The percent controls through the make's PercentControl of each; a make without them (its
+    // controls left empty) answers true and does nothing.
+    bool setBrightnessByPercent(int32_t percent) override;
+    bool getBrightnessByPercent(int32_t& percent) override;
+    bool setGainByPercent(int32_t percent) override;
+    bool getGainByPercent(int32_t& percent) override;
+    bool setExposureByPercent(int32_t percent) override;
+    bool getExposureByPercent(int32_t& percent) override;
+
     // Typed named values: a make without them answers true and leaves the out-argument alone.
     bool getIntValue(const char* name, _RUVO_INT_VALUE* value) override;
     bool setIntValue(const char* name, int64_t value) override;
@@ -110,6 +120,8 @@ class CameraBase : public ICamera {
     virtual bool fetchFrame(ImageData& image) = 0;
     // A parameter after its log line; by default the software zoom commands of an open device.
     virtual bool applyParameter(const std::string& name, const std::string& value);
+    // After every successful percent set: the make's save of the device's settings, if any.
+    virtual void afterPercentSet() {}
 
     // ---- What the base offers a make. ----
     // Describes a fetched frame: data, size, format and channels, the time in whole seconds as
@@ -142,11 +154,17 @@ class CameraBase : public ICamera {
     QCriticalSection m_frameLock;
     // Present when the make asked for it.
     std::optional<SoftwareFramePath> m_softwareFrames;
+    // Filled by the make's constructor.
+    PercentControl m_brightness;
+    PercentControl m_gain;
+    PercentControl m_exposure;
 
   private:
     // Runs `change` on the software frame path of an open device; false without either.
     template <class Change>
     bool withFramePath(Change&& change);
+    bool setPercent(const PercentControl& control, int32_t percent);
+    static bool getPercent(const PercentControl& control, int32_t& percent);
 
     const CameraProfile& m_profile;
 };

@@ -223,12 +223,6 @@ void DaHengCamera::saveFeatures() const {
     m_sdk.GXFeatureSave(m_handle, nullptr);
 }
 
-bool DaHengCamera::setAndSave(const PercentControl& control, int32_t percent) {
-    if (!setByPercent(control, percent)) return false;
-    saveFeatures();
-    return true;
-}
-
 bool DaHengCamera::setExposureMod(bool automatic) {
     if (!m_handle) return false;
     const int64_t mode = automatic ? GX_EXPOSURE_AUTO_CONTINUOUS : GX_EXPOSURE_AUTO_OFF;
@@ -244,20 +238,6 @@ bool DaHengCamera::getExposureMod(bool& automatic) {
     automatic = mode->stCurValue.nCurValue == GX_EXPOSURE_AUTO_CONTINUOUS;
     return true;
 }
-
-bool DaHengCamera::setBrightnessByPercent(int32_t percent) {
-    return setAndSave(m_brightness, percent);
-}
-
-bool DaHengCamera::getBrightnessByPercent(int32_t& percent) {
-    return getByPercent(m_brightness, percent);
-}
-
-bool DaHengCamera::setGainByPercent(int32_t percent) { return setAndSave(m_gain, percent); }
-
-bool DaHengCamera::getGainByPercent(int32_t& percent) { return getByPercent(m_gain, percent); }
-
-bool DaHengCamera::setExposureByPercent(int32_t percent) { return setAndSave(m_exposure, percent); }
 
 // A setter in disguise, as this make has always had it: the value already in `percent` is set,
 // and `percent` is left as it was.

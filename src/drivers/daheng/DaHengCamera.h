@@ -9,7 +9,6 @@
 
 #include "api/CameraBase.h"
 #include "api/FrameBuffer.h"
-#include "api/PercentMapping.h"
 #include "drivers/daheng/DaHengBinding.h"
 
 namespace telvarra::daheng {
@@ -23,11 +22,6 @@ class DaHengCamera final : public CameraBase {
     bool setImageFormat(Ruvo_ImageFormat format) override;
     bool setExposureMod(bool automatic) override;
     bool getExposureMod(bool& automatic) override;
-    bool setBrightnessByPercent(int32_t percent) override;
-    bool getBrightnessByPercent(int32_t& percent) override;
-    bool setGainByPercent(int32_t percent) override;
-    bool getGainByPercent(int32_t& percent) override;
-    bool setExposureByPercent(int32_t percent) override;
     bool getExposureByPercent(int32_t& percent) override;
 
   private:
@@ -36,6 +30,7 @@ class DaHengCamera final : public CameraBase {
     bool stopStreaming() override;
     bool deviceOpen() const override { return m_handle != nullptr; }
     bool fetchFrame(ImageData& image) override;
+    void afterPercentSet() override { saveFeatures(); }
 
     bool findDevice();
     bool openDevice();
@@ -44,7 +39,6 @@ class DaHengCamera final : public CameraBase {
     bool readEnum(const char* feature, sdk::GX_ENUM_VALUE& value) const;
     // The device's own save of its features, after every setter; what it answers is not used.
     void saveFeatures() const;
-    bool setAndSave(const PercentControl& control, int32_t percent);
     PercentControl floatControl(const char* feature);
 
     const DaHengFunctions& m_sdk;
@@ -55,9 +49,6 @@ class DaHengCamera final : public CameraBase {
     // True from a disconnect to the next connect: frames are refused meanwhile.
     std::atomic<bool> m_offline{false};
     FrameBuffer m_frameBuffer;  // sensor width x height x 4 bytes
-    PercentControl m_brightness;
-    PercentControl m_gain;
-    PercentControl m_exposure;
 };
 
 }  // namespace telvarra::daheng

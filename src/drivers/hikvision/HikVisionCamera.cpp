@@ -225,12 +225,6 @@ void HikVisionCamera::saveUserData() const {
     m_sdk.MV_CC_SetCommandValue(m_handle, "UserDataSave");
 }
 
-bool HikVisionCamera::setAndSave(const PercentControl& control, int32_t percent) {
-    if (!setByPercent(control, percent)) return false;
-    saveUserData();
-    return true;
-}
-
 bool HikVisionCamera::setExposureMod(bool automatic) {
     if (!m_handle) return false;
     MVCC_ENUMVALUE gainMode{}, exposureMode{};
@@ -249,26 +243,6 @@ bool HikVisionCamera::getExposureMod(bool& automatic) {
     if (!m_handle || !readModes(gainMode, exposureMode)) return false;
     automatic = exposureMode.nCurValue == MV_EXPOSURE_AUTO_MODE_CONTINUOUS;
     return true;
-}
-
-bool HikVisionCamera::setBrightnessByPercent(int32_t percent) {
-    return setAndSave(m_brightness, percent);
-}
-
-bool HikVisionCamera::getBrightnessByPercent(int32_t& percent) {
-    return getByPercent(m_brightness, percent);
-}
-
-bool HikVisionCamera::setGainByPercent(int32_t percent) { return setAndSave(m_gain, percent); }
-
-bool HikVisionCamera::getGainByPercent(int32_t& percent) { return getByPercent(m_gain, percent); }
-
-bool HikVisionCamera::setExposureByPercent(int32_t percent) {
-    return setAndSave(m_exposure, percent);
-}
-
-bool HikVisionCamera::getExposureByPercent(int32_t& percent) {
-    return getByPercent(m_exposure, percent);
 }
 
 // ---- frames

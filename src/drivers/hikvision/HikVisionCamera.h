@@ -8,7 +8,6 @@
 
 #include "api/CameraBase.h"
 #include "api/FrameBuffer.h"
-#include "api/PercentMapping.h"
 #include "drivers/hikvision/HikVisionBinding.h"
 
 namespace telvarra::hikvision {
@@ -22,12 +21,6 @@ class HikVisionCamera final : public CameraBase {
     bool setImageFormat(Ruvo_ImageFormat format) override;
     bool setExposureMod(bool automatic) override;
     bool getExposureMod(bool& automatic) override;
-    bool setBrightnessByPercent(int32_t percent) override;
-    bool getBrightnessByPercent(int32_t& percent) override;
-    bool setGainByPercent(int32_t percent) override;
-    bool getGainByPercent(int32_t& percent) override;
-    bool setExposureByPercent(int32_t percent) override;
-    bool getExposureByPercent(int32_t& percent) override;
 
   private:
     bool closeDevice() override;
@@ -36,6 +29,7 @@ class HikVisionCamera final : public CameraBase {
     bool deviceOpen() const override { return m_handle != nullptr; }
     bool deviceStillConnected() override;
     bool fetchFrame(ImageData& image) override;
+    void afterPercentSet() override { saveUserData(); }
 
     bool findDevice();
     bool openDevice();
@@ -45,7 +39,6 @@ class HikVisionCamera final : public CameraBase {
     bool readModes(sdk::MVCC_ENUMVALUE& gainMode, sdk::MVCC_ENUMVALUE& exposureMode) const;
     // Ends every successful setter: the device keeps its settings over a power cycle.
     void saveUserData() const;
-    bool setAndSave(const PercentControl& control, int32_t percent);
 
     const HikVisionFunctions& m_sdk;
     void* m_handle = nullptr;
@@ -53,9 +46,6 @@ class HikVisionCamera final : public CameraBase {
     sdk::MV_CC_DEVICE_INFO m_selectedDevice{};
     uint32_t m_rawPixelType = 0;  // the device's own type when it is none of the three packed
     FrameBuffer m_frameBuffer;    // the last frame
-    PercentControl m_brightness;
-    PercentControl m_gain;
-    PercentControl m_exposure;
 };
 
 }  // namespace telvarra::hikvision
