@@ -94,51 +94,7 @@ TEST_F(DahSimTest, BaseInfoRecordsFollowTheLastRefreshWithTheirSizeInBytes) {
     EXPECT_EQ(int32At(second, 368), GX_DEVICE_CLASS_USB2);
 }
 
-TEST_F(DahSimTest, RigLinesBeyondTheRecordFieldsAreRefused) {
-    const std::string serial31(31, 'S');
-    addDevice("id=" + serial31 + " model=" + std::string(31, 'M') +
-              " user=" + std::string(67, 'U'));
-    EXPECT_EQ(DahSim_AddDevice(("id=" + std::string(32, 'S')).c_str()), -1);
-    EXPECT_EQ(DahSim_AddDevice(("id=L2 model=" + std::string(32, 'M')).c_str()), -1);
-    EXPECT_EQ(DahSim_AddDevice(("id=L3 user=" + std::string(68, 'U')).c_str()), -1);
-    EXPECT_EQ(DahSim_AddDevice("id=L4 layer=gentl-cxp"), -1);
-    EXPECT_NE(std::string(DahSim_LastError()), "");
-
-    ASSERT_EQ(refresh(), 1u);
-    GX_DEVICE_BASE_INFO record{};
-    std::size_t bytes = sizeof record;
-    ASSERT_EQ(GXGetAllDeviceBaseInfo(&record, &bytes), GX_STATUS_SUCCESS);
-    EXPECT_EQ(textAt(&record, 64, 32), serial31);  // with its terminator
-    EXPECT_EQ(textAt(&record, 96, 132), std::string(31, 'M') + "(" + serial31 + ")");
-}
-
 // ---- Sessions. ----
-
-TEST_F(DahSimTest, OpensBySerialIndexOrUserIdFromTheLastRefresh) {
-    addDevice("id=O1 user=Cam1");
-    addDevice("id=O2 user=Cam2");
-    void* handle = nullptr;
-    EXPECT_EQ(open("O1", GX_OPEN_SN, &handle), GX_STATUS_NOT_FOUND_DEVICE);  // no refresh yet
-    refresh();
-
-    ASSERT_EQ(open("2", GX_OPEN_INDEX, &handle), GX_STATUS_SUCCESS);
-    EXPECT_NE(handle, nullptr);
-    EXPECT_EQ(DahSim_IsOpen("O2"), 1);
-    void* other = nullptr;
-    EXPECT_EQ(open("Cam2", GX_OPEN_USERID, &other), GX_STATUS_INVALID_ACCESS);  // held
-    EXPECT_EQ(open("O2", GX_OPEN_SN, &other, GX_ACCESS_READONLY), GX_STATUS_INVALID_ACCESS);
-    ASSERT_EQ(GXCloseDevice(handle), GX_STATUS_SUCCESS);
-    EXPECT_EQ(GXCloseDevice(handle), GX_STATUS_INVALID_HANDLE);
-    EXPECT_EQ(GXGetIntValue(handle, "Width", nullptr), GX_STATUS_INVALID_HANDLE);
-
-    ASSERT_EQ(open("Cam1", GX_OPEN_USERID, &other, GX_ACCESS_CONTROL), GX_STATUS_SUCCESS);
-    EXPECT_NE(other, handle);  // never reused
-    EXPECT_EQ(DahSim_IsOpen("O1"), 1);
-    char arguments[32] = {};
-    DahSim_LastArguments("GXOpenDevice", arguments, sizeof arguments);
-    EXPECT_STREQ(arguments, "Cam1, 4, 3");
-    EXPECT_EQ(GXCloseDevice(reinterpret_cast<void*>(0x1234)), GX_STATUS_INVALID_HANDLE);
-}
 
 TEST_F(DahSimTest, OpeningRefusesBadParametersAndUnknownDevices) {
     addDevice("id=R1");

@@ -74,41 +74,5 @@ TEST_F(HikSimFrameTest, AtMostTheNodeCountIsLentAndUnreturnedBuffersStayCounted)
     EXPECT_EQ(HikSim_OutstandingBuffers(), 0u);
 }
 
-// ---- The SDK's rotation. ----
-
-using HikSimTransformTest = HikSimTest;
-
-// The vendor leaves the direction open; the camera may turn a frame in software or through the
-// SDK, so the SDK's 90 must be clockwise like the library's own.
-TEST_F(HikSimTransformTest, QuarterTurnsGoClockwiseAndSwapTheSides) {
-    addDevice("id=W2");
-    void* handle = createHandle("W2");
-    Bytes image = {'a', 'b', 'c', 'd', 'e', 'f'};  // 3 x 2: "abc" over "def"
-    const struct {
-        std::uint32_t angle;
-        std::uint32_t width;
-        const char* rows;
-    } turns[] = {{MV_IMAGE_ROTATE_90, 2, "daebfc"},
-                 {MV_IMAGE_ROTATE_180, 3, "fedcba"},
-                 {MV_IMAGE_ROTATE_270, 2, "cfbead"}};
-    for (const auto& turn : turns) {
-        Bytes out(image.size());
-        MV_CC_ROTATE_IMAGE_PARAM rotate{};
-        rotate.enPixelType = PixelType_Gvsp_Mono8;
-        rotate.nWidth = 3;
-        rotate.nHeight = 2;
-        rotate.pSrcData = image.data();
-        rotate.nSrcDataLen = 6;
-        rotate.pDstBuf = out.data();
-        rotate.nDstBufSize = 6;
-        rotate.enRotationAngle = turn.angle;
-        ASSERT_EQ(MV_CC_RotateImage(handle, &rotate), MV_OK);
-        EXPECT_EQ(std::string(out.begin(), out.end()), turn.rows) << turn.angle;
-        EXPECT_EQ(rotate.nWidth, turn.width);
-        EXPECT_EQ(rotate.nHeight, 6 / turn.width);
-        EXPECT_EQ(rotate.nDstBufLen, 6u);
-    }
-}
-
 }  // namespace
 }  // namespace telvarra::test

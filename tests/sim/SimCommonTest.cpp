@@ -1,5 +1,5 @@
 // The pieces every simulator shares that tests of a simulator cannot reach whole: test pattern,
-// demosaic, the GenICam pixel codes and the rig file. The device model, call gate, fault plan,
+// demosaic and the rig file. The device model, call gate, fault plan,
 // call log and lent buffers are tested through the HikVision simulator.
 #include <gtest/gtest.h>
 
@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "sim/common/GenICamPixelCodes.h"
 #include "sim/common/ImageOps.h"
 #include "sim/common/Rig.h"
 #include "sim/common/TestPattern.h"
@@ -90,23 +89,6 @@ TEST(DemosaicTest, InterpolatesALinearRampExactlyInsideAndCutsTheWindowAtTheEdge
     EXPECT_EQ(rgb[3 * 3 + 2], 80);
 }
 
-// ---- GenICam pixel codes. ----
-
-// The codes as the vendor notes print them, typed here on their own.
-TEST(GenICamPixelCodeTest, EachFormatHasItsPfncCodeAndOtherCodesAreRefused) {
-    const std::pair<PixelFormat, std::int64_t> codes[] = {
-        {PixelFormat::Mono8, 0x01080001},    {PixelFormat::Rgb8, 0x02180014},
-        {PixelFormat::Bgr8, 0x02180015},     {PixelFormat::BayerGR8, 0x01080008},
-        {PixelFormat::BayerRG8, 0x01080009}, {PixelFormat::BayerGB8, 0x0108000A},
-        {PixelFormat::BayerBG8, 0x0108000B}};
-    for (const auto& [format, code] : codes) {
-        EXPECT_EQ(genicamPixelCode(format), code) << formatName(format);
-        EXPECT_EQ(formatOfGenICamCode(code), format) << formatName(format);
-    }
-    EXPECT_EQ(formatOfGenICamCode(0x01100003), std::nullopt);  // Mono10
-    EXPECT_EQ(formatOfGenICamCode(-1), std::nullopt);          // "undefined" on Linux
-    EXPECT_EQ(formatOfGenICamCode(0x0102180014), std::nullopt);
-}
 
 // ---- Rig file. ----
 

@@ -259,29 +259,6 @@ TEST_F(HikVisionTest, ExposureModeSwitchesContinuousAutoOnAndOff) {
     EXPECT_EQ(storedValue(facade->getCameraConfigById("E1"), "setCameraExposureMod"), "0");
 }
 
-TEST_F(HikVisionTest, RotationIsClampedAndMirrorsRoundTrip) {
-    addDevice("id=R1 layer=usb3 size=32x16");
-    ASSERT_TRUE(facade->openCamera("R1", RUVO_CAMERA_HIKVISION));
-    int32_t turns = -1;
-    ASSERT_TRUE(facade->setCameraRotate("R1", 7));
-    ASSERT_TRUE(facade->getCameraRotate("R1", turns));
-    EXPECT_EQ(turns, 3);
-    ASSERT_TRUE(facade->setCameraRotate("R1", -1));
-    ASSERT_TRUE(facade->getCameraRotate("R1", turns));
-    EXPECT_EQ(turns, 0);
-    bool on = false;
-    ASSERT_TRUE(facade->setCameraVerMirror("R1", true));
-    ASSERT_TRUE(facade->getCameraVerMirror("R1", on));
-    EXPECT_TRUE(on);
-
-    char* text = nullptr;
-    EXPECT_TRUE(facade->getCameraParameter("R1", "Anything", &text));
-    EXPECT_STREQ(text, "100");
-    _RUVO_INT_VALUE untouched{5, 6, 7, 8};
-    EXPECT_TRUE(facade->getCameraIntValue("R1", "Width", &untouched));
-    EXPECT_EQ(untouched.current, 5);
-}
-
 TEST_F(HikVisionTest, StartAndStopFaultsFailTheCallSetStatusZeroAndClear) {
     addDevice("id=T1 layer=usb3 size=32x16");
     ASSERT_TRUE(facade->openCamera("T1", RUVO_CAMERA_HIKVISION));

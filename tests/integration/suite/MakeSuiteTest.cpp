@@ -8,57 +8,28 @@
 #include <filesystem>
 #include <memory>
 #include <thread>
+#include <utility>
 
-#include "suite/MakeTraits.h"
-#include "support/CurrentDirectory.h"
-#include "support/LogCapture.h"
+#include "suite/MakeFixture.h"
 #include "support/Pictures.h"
 #include "telvarra/CameraFactory.h"
-#include "telvarra/CameraPublicInterface.h"
 
 namespace telvarra::test {
 namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-class MakeTest : public ::testing::TestWithParam<MakeTraits> {
+class MakeTest : public ::testing::TestWithParam<MakeTraits>, public MakeFixture {
   protected:
-    InTempDirectory directory;
-    LogCapture log;
-    CameraPublicInterface* facade = nullptr;
-    const MakeTraits& make = GetParam();
-    const SimulatorControl& simulator = make.simulator;
-
+    MakeTest() : MakeFixture(GetParam().simulator, GetParam().type) {}
     void SetUp() override {
-        simulator.reset();
-        addCamera(make.mono);
-        addCamera(make.colour);
-        facade = CameraPublicInterface::getInstance();
-        ASSERT_TRUE(facade->initialize(make.type));
+        startMake();
+        addDevice(make.mono.rigLine);
+        addDevice(make.colour.rigLine);
     }
-    void TearDown() override {
-        CameraPublicInterface::releaseInstance();
-        EXPECT_EQ(simulator.outstandingBuffers(), 0u) << "frame memory the SDK handed out is lost";
-    }
+    void TearDown() override { stopMake(); }
 
-    void addCamera(const Camera& camera) {
-        ASSERT_EQ(simulator.addDevice(camera.rigLine.c_str()), 0) << simulator.lastError();
-    }
-    void openStreaming(const Camera& camera) {
-        ASSERT_TRUE(facade->openCamera(camera.id.c_str(), make.type));
-        ASSERT_TRUE(facade->startCapture(camera.id.c_str()));
-    }
-    unsigned int lastFrameNumber(const Camera& camera) const {
-        unsigned int number = 0;
-        simulator.framesDelivered(camera.id.c_str(), &number);
-        return number;
-    }
-    unsigned int seedOf(const Camera& camera) const {
-        unsigned int seed = 0;
-        simulator.deviceSeed(camera.id.c_str(), &seed);
-        return seed;
-    }
-    bool deviceOpen(const Camera& camera) const { return simulator.isOpen(camera.id.c_str()) == 1; }
+    const MakeTraits& make = GetParam();
 };
 
 TEST_P(MakeTest, DriverStartsOnceListsItsCamerasAndRefusesWorkWhenStopped) {
@@ -83,7 +54,7 @@ TEST_P(MakeTest, DriverStartsOnceListsItsCamerasAndRefusesWorkWhenStopped) {
     EXPECT_FALSE(facade->openCamera(make.mono.id.c_str(), make.type));
 
     ASSERT_TRUE(facade->initialize(make.type));
-    openStreaming(make.mono);
+    openStreaming(make.mono.id);
     ImageData image{};
     EXPECT_TRUE(facade->getCurrentFrame(make.mono.id.c_str(), image, 0));
 }
@@ -92,7 +63,7 @@ TEST_P(MakeTest, SessionStatusFollowsOpenStartStopAndClose) {
     const char* id = make.mono.id.c_str();
     ASSERT_TRUE(facade->openCamera(id, make.type));
     EXPECT_EQ(facade->getCameraStatus(id), RUVO_STATUS_CONNECTED);
-    EXPECT_TRUE(deviceOpen(make.mono));
+    EXPECT_TRUE(deviceOpen(make.mono.id));
     ImageData image{};
     EXPECT_FALSE(facade->getCurrentFrame(id, image, 0));
     EXPECT_TRUE(log.contains("ERROR", "Camera not streaming: " + make.mono.id));
@@ -105,8 +76,26 @@ TEST_P(MakeTest, SessionStatusFollowsOpenStartStopAndClose) {
     EXPECT_FALSE(facade->getCurrentFrame(id, image, 0));  // refused whatever the status says
 
     ASSERT_TRUE(facade->closeCamera(id));
-    EXPECT_FALSE(deviceOpen(make.mono));
+    EXPECT_FALSE(deviceOpen(make.mono.id));
     EXPECT_EQ(facade->getCameraStatus(id), RUVO_STATUS_NONE);
+}
+
+TEST_P(MakeTest, RotationIsClampedAndUnsupportedValuesAnswerWithoutTouchingTheirRecord) {
+    const char* id = make.mono.id.c_str();
+    int32_t turns = -1;
+    EXPECT_FALSE(facade->setCameraRotate(id, 1));  // not open
+    ASSERT_TRUE(facade->openCamera(id, make.type));
+    for (const auto& [asked, stored] : {std::pair{7, 3}, std::pair{-1, 0}, std::pair{2, 2}}) {
+        ASSERT_TRUE(facade->setCameraRotate(id, asked));
+        ASSERT_TRUE(facade->getCameraRotate(id, turns));
+        EXPECT_EQ(turns, stored) << asked;
+    }
+    char* text = nullptr;
+    EXPECT_TRUE(facade->getCameraParameter(id, "Anything", &text));
+    EXPECT_STREQ(text, "100");
+    _RUVO_INT_VALUE untouched{5, 6, 7, 8};
+    EXPECT_TRUE(facade->getCameraIntValue(id, "Width", &untouched));
+    EXPECT_EQ(untouched.current, 5);
 }
 
 TEST_P(MakeTest, AFailureAtAnyOpenStepLeavesNothingOpenAndTheNextOpenWorks) {
@@ -116,13 +105,13 @@ TEST_P(MakeTest, AFailureAtAnyOpenStepLeavesNothingOpenAndTheNextOpenWorks) {
         simulator.failCall(step.function, make.failure, step.nth);
         EXPECT_FALSE(facade->openCamera(id, make.type));
         EXPECT_TRUE(log.contains("ERROR", "Failed to connect camera: " + make.mono.id));
-        EXPECT_FALSE(deviceOpen(make.mono));
+        EXPECT_FALSE(deviceOpen(make.mono.id));
         EXPECT_FALSE(facade->isCameraConnected(id));
         // The failed camera's configuration is saved when it is destroyed, like any other.
         EXPECT_TRUE(std::filesystem::exists("camera_" + make.mono.id + ".cfg"));
         simulator.clearFaults();
 
-        openStreaming(make.mono);
+        openStreaming(make.mono.id);
         ImageData image{};
         EXPECT_TRUE(facade->getCurrentFrame(id, image, 0));
         ASSERT_TRUE(facade->closeCamera(id));
@@ -132,7 +121,7 @@ TEST_P(MakeTest, AFailureAtAnyOpenStepLeavesNothingOpenAndTheNextOpenWorks) {
 
 TEST_P(MakeTest, UnpluggedCameraFailsUntilReconnectedAfterReplug) {
     const char* id = make.mono.id.c_str();
-    openStreaming(make.mono);
+    openStreaming(make.mono.id);
     ImageData image{};
     ASSERT_TRUE(facade->getCurrentFrame(id, image, 0));
 
@@ -187,7 +176,7 @@ Image expectedImage(const Camera& camera, const Geometry& geometry, unsigned int
 TEST_P(MakeTest, FramesOnOneAndThreeChannelsMatchThePatternUnderEveryGeometry) {
     for (const Camera* camera : {&make.mono, &make.colour}) {
         const char* id = camera->id.c_str();
-        openStreaming(*camera);
+        openStreaming(camera->id);
         for (const Geometry& geometry : kGeometries) {
             SCOPED_TRACE(camera->id + ", " + geometry.name);
             EXPECT_TRUE(facade->setCameraHorMirror(id, geometry.horizontal));
@@ -208,9 +197,9 @@ TEST_P(MakeTest, FramesOnOneAndThreeChannelsMatchThePatternUnderEveryGeometry) {
                 } else {
                     ASSERT_TRUE(facade->getCurrentFrame(id, image, 0));
                 }
-                const Image expected =
-                    expectedImage(*camera, geometry, seedOf(*camera), lastFrameNumber(*camera));
-                EXPECT_EQ(image.frameNumber, static_cast<int32_t>(lastFrameNumber(*camera)));
+                const Image expected = expectedImage(*camera, geometry, seedOf(camera->id),
+                                                     lastFrameNumber(camera->id));
+                EXPECT_EQ(image.frameNumber, static_cast<int32_t>(lastFrameNumber(camera->id)));
                 ASSERT_EQ(image.dataSize, static_cast<int32_t>(expected.pixels.size()));
                 const Image delivered{image.width, image.height, image.channels,
                                       Bytes(image.data, image.data + image.dataSize)};
@@ -223,8 +212,8 @@ TEST_P(MakeTest, FramesOnOneAndThreeChannelsMatchThePatternUnderEveryGeometry) {
 
 TEST_P(MakeTest, TwoThreadsPullingFramesEachGetWholeFrames) {
     const Camera& camera = make.colour;
-    openStreaming(camera);
-    const unsigned int seed = seedOf(camera);
+    openStreaming(camera.id);
+    const unsigned int seed = seedOf(camera.id);
     std::atomic<int> torn{0}, delivered{0};
     const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(1000);
     auto pull = [&] {
