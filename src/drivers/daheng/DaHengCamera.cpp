@@ -165,15 +165,15 @@ bool DaHengCamera::readSensorSize() {
     if (m_sdk.GXGetIntValue(m_handle, "Width", &width) != GX_STATUS_SUCCESS ||
         m_sdk.GXGetIntValue(m_handle, "Height", &height) != GX_STATUS_SUCCESS)
         return false;
-    m_sensorWidth = width.nMax;
-    m_sensorHeight = height.nMax;
-    const uint64_t bytes = static_cast<uint64_t>(std::max<int64_t>(m_sensorWidth, 0)) *
-                           static_cast<uint64_t>(std::max<int64_t>(m_sensorHeight, 0)) *
-                           kBytesPerSensorPixel;
+    // The largest frame the sensor can send, whatever region is set now.
+    const int64_t sensorWidth = std::max<int64_t>(width.nMax, 0);
+    const int64_t sensorHeight = std::max<int64_t>(height.nMax, 0);
+    const uint64_t bytes = static_cast<uint64_t>(sensorWidth) *
+                           static_cast<uint64_t>(sensorHeight) * kBytesPerSensorPixel;
     if (bytes == 0 || bytes > static_cast<uint64_t>(std::numeric_limits<int32_t>::max()) ||
         !m_frameBuffer.reserve(bytes))
         return false;
-    m_softwareFrames->setSensorSize(m_sensorWidth, m_sensorHeight);
+    m_softwareFrames->setSensorSize(sensorWidth, sensorHeight);
     logInfo("Initializing DaHeng camera:" + m_cameraId);
     m_offline = false;
     return true;

@@ -44,8 +44,6 @@ class DaHengCamera final : public CameraBase {
     const DaHengFunctions& m_sdk;
     void* m_handle = nullptr;
     sdk::GX_DEVICE_BASE_INFO m_baseInfo{};
-    int64_t m_sensorWidth = 0;
-    int64_t m_sensorHeight = 0;
     // True from a disconnect to the next connect: frames are refused meanwhile.
     std::atomic<bool> m_offline{false};
     FrameBuffer m_frameBuffer;  // sensor width x height x 4 bytes
