@@ -221,7 +221,7 @@ bool CameraBase::applyParameter(const std::string& name, const std::string&) {
 bool CameraBase::getParameter(const char* name, char** value) {
     if (value) *value = const_cast<char*>(kParameterAnswer);
     logInfo("Getting parameter " + text(name) + m_profile.fromCamera + m_cameraId);
-    return deviceOpen();
+    return !m_profile.parameterReadNeedsDevice || deviceOpen();
 }
 
 // ---- shared accessors

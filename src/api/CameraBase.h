@@ -43,6 +43,8 @@ struct CameraProfile {
     // DaHeng's refusals of an image size and of a short buffer name the numbers at fault, the
     // others name the camera.
     bool refusalsNameNumbers;
+    // getParameter answers whether a device is open; MindVision's answers true regardless.
+    bool parameterReadNeedsDevice;
 };
 
 // What some log lines keep of an old slip, a text literal advanced by a number of characters

@@ -23,7 +23,8 @@ int32_t rangeToPercent(double current, double minimum, double maximum) {
 }
 
 bool setByPercent(const PercentControl& control, int32_t percent) {
-    const std::optional<DeviceRange> range = control.read();
+    const std::optional<DeviceRange> range =
+        control.readRange ? control.readRange() : control.read();
     return range && control.write(percentToRange(percent, range->minimum, range->maximum,
                                                  control.arithmetic));
 }

@@ -39,6 +39,9 @@ struct PercentControl {
     std::function<std::optional<DeviceRange>()> read;
     std::function<bool(double value)> write;
     PercentArithmetic arithmetic = PercentArithmetic::ScaleThenDivide;
+    // The range alone, for a set, where the device reads it without the current value; empty
+    // when only `read` can tell.
+    std::function<std::optional<DeviceRange>()> readRange = nullptr;
 };
 
 // Reads the range, then writes the mapped value.

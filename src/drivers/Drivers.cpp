@@ -4,6 +4,7 @@
 #include "core/StandardDrivers.h"
 #include "drivers/daheng/DaHengDriver.h"
 #include "drivers/hikvision/HikVisionDriver.h"
+#include "drivers/mindvision/MindVisionDriver.h"
 #include "telvarra/CameraFactory.h"
 
 namespace telvarra {
@@ -19,6 +20,7 @@ void registerDriver(Ruvo_CameraType key) {
 }  // namespace
 
 void registerStandardDrivers() {
+    registerDriver<mindvision::MindVisionDriver>(RUVO_CAMERA_MINDVISION);
     registerDriver<hikvision::HikVisionDriver>(RUVO_CAMERA_HIKVISION);
     registerDriver<daheng::DaHengDriver>(RUVO_CAMERA_DAHENG);
 }

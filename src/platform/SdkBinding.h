@@ -94,19 +94,35 @@ class SdkBinding final : public SdkLibrary {
 #define TELVARRA_SDK_VISIT_ENTRY(name, need) visit(#name, name, ::telvarra::platform::Need::need);
 #define TELVARRA_SDK_ENTRY_NAME(name, need) #name,
 
+// The members of a table struct from a list whose entries are made by TYPED and UNTYPED (the
+// pointers), VISIT (one step of the visit) and NAME (one name).
+#define TELVARRA_SDK_TABLE_OF(LIST, TYPED, UNTYPED, VISIT, NAME) \
+    LIST(TYPED, UNTYPED)                                         \
+    template <class Visit>                                       \
+    void forEachEntry(Visit&& visit) {                           \
+        LIST(VISIT, VISIT)                                       \
+    }                                                            \
+    template <class Visit>                                       \
+    void forEachEntry(Visit&& visit) const {                     \
+        LIST(VISIT, VISIT)                                       \
+    }                                                            \
+    static constexpr const char* kNames[] = {LIST(NAME, NAME)};
+
 // The members of a table struct: one pointer per listed name, the visit of every entry in list
 // order (name, pointer, need), and the names in order.
-#define TELVARRA_SDK_TABLE(LIST)                                   \
-    LIST(TELVARRA_SDK_TYPED_POINTER, TELVARRA_SDK_UNTYPED_POINTER) \
-    template <class Visit>                                         \
-    void forEachEntry(Visit&& visit) {                             \
-        LIST(TELVARRA_SDK_VISIT_ENTRY, TELVARRA_SDK_VISIT_ENTRY)   \
-    }                                                              \
-    template <class Visit>                                         \
-    void forEachEntry(Visit&& visit) const {                       \
-        LIST(TELVARRA_SDK_VISIT_ENTRY, TELVARRA_SDK_VISIT_ENTRY)   \
-    }                                                              \
-    static constexpr const char* kNames[] = {                      \
-        LIST(TELVARRA_SDK_ENTRY_NAME, TELVARRA_SDK_ENTRY_NAME)};
+#define TELVARRA_SDK_TABLE(LIST)                                                          \
+    TELVARRA_SDK_TABLE_OF(LIST, TELVARRA_SDK_TYPED_POINTER, TELVARRA_SDK_UNTYPED_POINTER, \
+                          TELVARRA_SDK_VISIT_ENTRY, TELVARRA_SDK_ENTRY_NAME)
+
+// The same for a list whose entries name no need, TYPED(name) and NAMED(name): every name is
+// optional, so a load never fails for a missing function and each caller checks its pointer.
+#define TELVARRA_SDK_OPTIONAL_TYPED_POINTER(name) TELVARRA_SDK_TYPED_POINTER(name, Optional)
+#define TELVARRA_SDK_OPTIONAL_UNTYPED_POINTER(name) TELVARRA_SDK_UNTYPED_POINTER(name, Optional)
+#define TELVARRA_SDK_OPTIONAL_VISIT_ENTRY(name) TELVARRA_SDK_VISIT_ENTRY(name, Optional)
+#define TELVARRA_SDK_OPTIONAL_ENTRY_NAME(name) #name,
+#define TELVARRA_SDK_OPTIONAL_TABLE(LIST)                            \
+    TELVARRA_SDK_TABLE_OF(LIST, TELVARRA_SDK_OPTIONAL_TYPED_POINTER, \
+                          TELVARRA_SDK_OPTIONAL_UNTYPED_POINTER,     \
+                          TELVARRA_SDK_OPTIONAL_VISIT_ENTRY, TELVARRA_SDK_OPTIONAL_ENTRY_NAME)
 
 #endif

@@ -34,6 +34,7 @@ constexpr CameraProfile kProfile{RUVO_CAMERA_DAHENG,
                                  " for DaHeng camera: ",
                                  RUVO_STATUS_CONNECTED,
                                  false,
+                                 true,
                                  true};
 
 // Bytes per pixel as the SDK delivers a format: Bayer mosaics come as they are, one byte.

@@ -33,7 +33,8 @@ constexpr CameraProfile kProfile{RUVO_CAMERA_HIKVISION,
                                  " for HikVision camera: ",
                                  RUVO_STATUS_ACQUIRING,
                                  false,
-                                 false};
+                                 false,
+                                 true};
 
 // The three formats frames are delivered in as the device sends them; any other is converted.
 Ruvo_ImageFormat packedFormatOf(uint32_t pixelType) {
