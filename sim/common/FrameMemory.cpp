@@ -22,6 +22,13 @@ bool LentBuffers::giveBack(const void* borrower, const std::uint8_t* address) {
     return true;
 }
 
+std::optional<std::size_t> LentBuffers::lentBytes(const void* borrower,
+                                                  const std::uint8_t* address) const {
+    for (const Loan& loan : m_lent)
+        if (loan.borrower == borrower && loan.data.data() == address) return loan.data.size();
+    return std::nullopt;
+}
+
 std::size_t LentBuffers::outstanding(const void* borrower) const {
     return static_cast<std::size_t>(std::count_if(
         m_lent.begin(), m_lent.end(), [&](const Loan& loan) { return loan.borrower == borrower; }));

@@ -27,6 +27,9 @@ class LentBuffers {
     std::uint8_t* lend(const void* borrower, std::vector<std::uint8_t> data);
     // Frees the buffer at `address` if `borrower` holds it; false otherwise.
     bool giveBack(const void* borrower, const std::uint8_t* address);
+    // The size of the buffer at `address` if `borrower` holds it (SDKs that process a lent frame
+    // check it is one).
+    std::optional<std::size_t> lentBytes(const void* borrower, const std::uint8_t* address) const;
     std::size_t outstanding() const { return m_lent.size(); }
     std::size_t outstanding(const void* borrower) const;
     void clear() { m_lent.clear(); }

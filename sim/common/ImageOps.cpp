@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <vector>
 
 namespace telvarra::sim {
 
@@ -68,6 +69,41 @@ void convertToRgb8(PixelFormat source, const std::uint8_t* in, std::uint32_t wid
             demosaicBilinear(source, in, width, height, rgb);
             break;
     }
+}
+
+void convertImage(PixelFormat source, const std::uint8_t* in, std::uint32_t width,
+                  std::uint32_t height, PixelFormat target, std::uint8_t* out) {
+    const std::size_t pixels = std::size_t{width} * height;
+    if (source == PixelFormat::Mono8 && target == PixelFormat::Mono8) {
+        std::memcpy(out, in, pixels);
+        return;
+    }
+    if (target == PixelFormat::Rgb8) {
+        convertToRgb8(source, in, width, height, out);
+        return;
+    }
+    if (target != PixelFormat::Bgr8 && target != PixelFormat::Mono8) return;
+    std::vector<std::uint8_t> rgb(pixels * 3);
+    convertToRgb8(source, in, width, height, rgb.data());
+    for (std::size_t p = 0; p < pixels; ++p) {
+        const std::uint8_t* pixel = &rgb[p * 3];
+        if (target == PixelFormat::Bgr8) {
+            out[p * 3] = pixel[2];
+            out[p * 3 + 1] = pixel[1];
+            out[p * 3 + 2] = pixel[0];
+        } else {
+            out[p] = static_cast<std::uint8_t>(
+                (77u * pixel[0] + 150u * pixel[1] + 29u * pixel[2] + 128u) >> 8);
+        }
+    }
+}
+
+void cropImage(const std::uint8_t* in, std::uint32_t width, std::uint32_t bytesPerPixel,
+               std::uint32_t left, std::uint32_t top, std::uint32_t cropWidth,
+               std::uint32_t cropHeight, std::uint8_t* out) {
+    const std::size_t row = std::size_t{cropWidth} * bytesPerPixel;
+    for (std::uint32_t y = 0; y < cropHeight; ++y)
+        std::memcpy(out + y * row, in + at(left, top + y, width) * bytesPerPixel, row);
 }
 
 void flipVertical(const std::uint8_t* in, std::uint32_t width, std::uint32_t height,

@@ -1,6 +1,6 @@
-// Pixel work an SDK does for its caller: Bayer demosaicing, conversion to RGB8, mirroring and
-// quarter turns. Images are 8-bit samples, rows back to back without padding; every function
-// writes into a separate destination of the right size, never in place.
+// Pixel work an SDK does for its caller: Bayer demosaicing, conversion to RGB8, BGR8 or Mono8,
+// cropping, mirroring and quarter turns. Images are 8-bit samples, rows back to back without
+// padding; every function writes into a separate destination of the right size, never in place.
 #ifndef TELVARRA_SIM_COMMON_IMAGEOPS_H
 #define TELVARRA_SIM_COMMON_IMAGEOPS_H
 
@@ -24,6 +24,19 @@ void demosaicBilinear(PixelFormat mosaic, const std::uint8_t* raw, std::uint32_t
 // three channels, BGR8 by swapping red and blue, RGB8 by copying.
 void convertToRgb8(PixelFormat source, const std::uint8_t* in, std::uint32_t width,
                    std::uint32_t height, std::uint8_t* rgb);
+
+// Any of the formats to Mono8, RGB8 or BGR8 (`target`; other targets write nothing): colour
+// through RGB8 as convertToRgb8 makes it, then to grey as (77 R + 150 G + 29 B + 128) >> 8, the
+// integer BT.601 luma; Mono8 to Mono8 copies.
+void convertImage(PixelFormat source, const std::uint8_t* in, std::uint32_t width,
+                  std::uint32_t height, PixelFormat target, std::uint8_t* out);
+
+// The region of `cropWidth` x `cropHeight` pixels whose top-left corner is (left, top) in an
+// image `width` pixels wide; the region lies inside it. A Bayer mosaic cropped at an odd offset
+// is the mosaic bayerMosaicAt gives.
+void cropImage(const std::uint8_t* in, std::uint32_t width, std::uint32_t bytesPerPixel,
+               std::uint32_t left, std::uint32_t top, std::uint32_t cropWidth,
+               std::uint32_t cropHeight, std::uint8_t* out);
 
 // Top-bottom and left-right mirrors of pixels of `bytesPerPixel` bytes.
 void flipVertical(const std::uint8_t* in, std::uint32_t width, std::uint32_t height,

@@ -60,6 +60,17 @@ std::uint32_t bayerChannelAt(PixelFormat mosaic, std::uint32_t x, std::uint32_t 
     return kTiles[tile][(y & 1u) * 2 + (x & 1u)];
 }
 
+PixelFormat bayerMosaicAt(PixelFormat mosaic, std::uint32_t left, std::uint32_t top) {
+    for (const PixelFormat candidate : {PixelFormat::BayerGR8, PixelFormat::BayerRG8,
+                                        PixelFormat::BayerGB8, PixelFormat::BayerBG8}) {
+        // The first two sites tell the four mosaics apart.
+        if (bayerChannelAt(candidate, 0, 0) == bayerChannelAt(mosaic, left, top) &&
+            bayerChannelAt(candidate, 1, 0) == bayerChannelAt(mosaic, left + 1, top))
+            return candidate;
+    }
+    return mosaic;  // not a mosaic
+}
+
 std::string formatName(PixelFormat format) {
     for (const auto& [value, name] : kNames)
         if (value == format) return name;

@@ -25,6 +25,10 @@ std::size_t frameBytes(PixelFormat format, std::uint32_t width, std::uint32_t he
 // The colour channel (kRed, kGreen, kBlue) a Bayer mosaic samples at (x, y).
 std::uint32_t bayerChannelAt(PixelFormat mosaic, std::uint32_t x, std::uint32_t y);
 
+// The mosaic a region of `mosaic` starting at (left, top) has: an odd offset shifts the pattern
+// (RG8 seen from (1, 0) is GR8).
+PixelFormat bayerMosaicAt(PixelFormat mosaic, std::uint32_t left, std::uint32_t top);
+
 // Rig-file names: mono8, rgb8, bgr8, bayer_gr8, bayer_rg8, bayer_gb8, bayer_bg8.
 std::string formatName(PixelFormat format);
 std::optional<PixelFormat> formatFromName(const std::string& name);

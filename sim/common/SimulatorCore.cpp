@@ -87,8 +87,9 @@ bool SimulatorBase::removeDevice(const std::string& id) {
 }
 
 bool SimulatorBase::unplug(const std::string& id) {
-    return controlDevice(id, [](VirtualDevice& model) {
+    return controlDevice(id, [&](VirtualDevice& model) {
         model.unplug();
+        powerLost(id);
         return std::string();
     });
 }

@@ -112,6 +112,9 @@ class SimulatorBase {
     virtual void clearState() = 0;
     // Frame memory the caller has not given back (or may still read): OutstandingBuffers.
     virtual std::size_t outstandingFrames() = 0;
+    // The device was unplugged, so it lost power: a make whose cameras keep their settings only
+    // while powered forgets them here.
+    virtual void powerLost(const std::string& /*id*/) {}
 
   private:
     template <class Body>
