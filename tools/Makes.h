@@ -14,10 +14,13 @@ struct Make {
     Ruvo_CameraType type;
     const char* name;    // as printed: "HikVision"
     const char* option;  // as typed after --type: "hikvision"
+    // A colour camera of the make reports RGB while its device still delivers BGR, until RGB is
+    // asked for (MindVision's image processor starts in BGR).
+    bool rgbOnlyWhenAsked = false;
 };
 
 constexpr Make kMakes[] = {
-    {RUVO_CAMERA_MINDVISION, "MindVision", "mindvision"},
+    {RUVO_CAMERA_MINDVISION, "MindVision", "mindvision", true},
     {RUVO_CAMERA_HIKVISION, "HikVision", "hikvision"},
     {RUVO_CAMERA_DVP, "Dvp", "dvp"},
     {RUVO_CAMERA_DAHENG, "DaHeng", "daheng"},

@@ -122,6 +122,9 @@ DeviceInfo Session::open(const std::string& id, Ruvo_CameraType only) {
     }
     m_openId = id;
     m_open = true;
+    if (seenBy.front()->rgbOnlyWhenAsked &&
+        m_facade->getImageFormat(id.c_str()) == RUVO_FORMAT_RGB8)
+        m_facade->setImageFormat(id.c_str(), RUVO_FORMAT_RGB8);
     return found;
 }
 

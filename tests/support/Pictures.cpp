@@ -26,24 +26,30 @@ Image sensorFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t fra
     return image;
 }
 
+Image processedFrame(const Image& sensorPicture, sim::PixelFormat sensor) {
+    if (!sim::isBayer(sensor)) return sensorPicture;
+    Image image = ofSize(sensorPicture.width, sensorPicture.height, 3);
+    sim::demosaicBilinear(sensor, sensorPicture.pixels.data(), sensorPicture.width,
+                          sensorPicture.height, image.pixels.data());
+    return image;
+}
+
 Image deliveredFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t frame,
                      std::uint32_t width, std::uint32_t height) {
-    Image raw = sensorFrame(sensor, seed, frame, width, height);
-    if (!sim::isBayer(sensor)) return raw;
-    Image image = ofSize(static_cast<int>(width), static_cast<int>(height), 3);
-    sim::demosaicBilinear(sensor, raw.pixels.data(), width, height, image.pixels.data());
-    return image;
+    return processedFrame(sensorFrame(sensor, seed, frame, width, height), sensor);
+}
+
+Image swappedRedBlue(const Image& image) {
+    Image out = image;
+    for (std::size_t i = 0; i + 2 < out.pixels.size(); i += 3)
+        std::swap(out.pixels[i], out.pixels[i + 2]);
+    return out;
 }
 
 Image cameraFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t frame,
                   std::uint32_t width, std::uint32_t height) {
     Image image = deliveredFrame(sensor, seed, frame, width, height);
-    if (sensor == sim::PixelFormat::Bgr8) {
-        for (std::size_t i = 0; i < image.pixels.size(); i += 3) {
-            std::swap(image.pixels[i], image.pixels[i + 2]);
-        }
-    }
-    return image;
+    return sensor == sim::PixelFormat::Bgr8 ? swappedRedBlue(image) : image;
 }
 
 Image mirroredLeftRight(const Image& image) {
@@ -67,6 +73,10 @@ Image turnedClockwise(const Image& image, int quarterTurns) {
     sim::rotateClockwise(image.pixels.data(), image.width, image.height, image.channels,
                          quarterTurns, out.pixels.data());
     return out;
+}
+
+Image turnedCounterClockwise(const Image& image, int quarterTurns) {
+    return turnedClockwise(image, (4 - quarterTurns % 4) % 4);
 }
 
 Image zoomed(const Image& image, int level) {

@@ -26,6 +26,11 @@ Image sensorFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t fra
 // formats as the sensor sends them (mono one channel, BGR in B, G, R order).
 Image deliveredFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t frame,
                      std::uint32_t width, std::uint32_t height);
+// A sensor's picture as the library hands it on: Bayer mosaics demosaiced to RGB, the packed
+// formats as they are.
+Image processedFrame(const Image& sensorPicture, sim::PixelFormat sensor);
+// The first and third samples of every pixel swapped: BGR as RGB and back.
+Image swappedRedBlue(const Image& image);
 // The same frame as a picture shows it: BGR put in RGB order.
 Image cameraFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t frame,
                   std::uint32_t width, std::uint32_t height);
@@ -33,6 +38,7 @@ Image cameraFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t fra
 Image mirroredLeftRight(const Image& image);
 Image mirroredTopBottom(const Image& image);
 Image turnedClockwise(const Image& image, int quarterTurns);
+Image turnedCounterClockwise(const Image& image, int quarterTurns);
 // The digital zoom's centred window: 640 (level 1) or 320 (level 2) pixels wide, as high as the
 // frame's proportions make it.
 Image zoomed(const Image& image, int level);

@@ -44,8 +44,20 @@ TEST(DemoTest, SavesEveryDefaultCameraFramesAsPicturesOfThePattern) {
             output + "/DH0002-" + number + ".png",
             sensorFrame(sim::PixelFormat::BayerRG8, sim::seedFromId("DH0002"), frame, 2448, 2048));
     }
-    const Image first = cameraFrame(sim::PixelFormat::BayerRG8, colourSeed, 1, 2448, 2048);
-    expectPicture(output + "/turned/DA0001-0001.png", turnedClockwise(mirroredLeftRight(first), 1));
+    // MindVision cameras, listed first: the program asks the colour one for RGB.
+    const std::uint32_t mindVisionMonoSeed = sim::seedFromId("MV0001");
+    for (std::uint32_t frame = 1; frame <= 3; ++frame) {
+        const std::string number = "000" + std::to_string(frame);
+        expectPicture(output + "/MV0001-" + number + ".png",
+                      cameraFrame(sim::PixelFormat::Mono8, mindVisionMonoSeed, frame, 1280, 1024));
+        expectPicture(
+            output + "/MV0002-" + number + ".png",
+            cameraFrame(sim::PixelFormat::BayerBG8, sim::seedFromId("MV0002"), frame, 2592, 1944));
+    }
+    // The first camera listed, turned by its device: a MindVision quarter turn is anticlockwise.
+    const Image first = cameraFrame(sim::PixelFormat::Mono8, mindVisionMonoSeed, 1, 1280, 1024);
+    expectPicture(output + "/turned/MV0001-0001.png",
+                  turnedCounterClockwise(mirroredLeftRight(first), 1));
 }
 
 }  // namespace

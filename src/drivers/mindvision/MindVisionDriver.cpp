@@ -23,10 +23,11 @@ constexpr DriverTexts kTexts{"MindVision",
 constexpr int kEnglish = 0;
 
 // The Windows SDK starts itself when loaded; the Linux one needs CameraSdkInit before any other
-// call, so it is made there, once per load.
+// call, so it is made there, once per load. Its answer does not decide the load (only a missing
+// library does): an SDK that did not start refuses the calls that follow, each on its own.
 bool startLinuxSdk() {
-    return TELVARRA_MINDVISION_CALL(mindVisionSdk(), CameraSdkInit, kEnglish) ==
-           sdk::CAMERA_STATUS_SUCCESS;
+    TELVARRA_MINDVISION_CALL(mindVisionSdk(), CameraSdkInit, kEnglish);
+    return true;
 }
 
 constexpr auto kStartSdk = platform::kIsWindows ? nullptr : startLinuxSdk;

@@ -162,14 +162,20 @@ constexpr Geometry kGeometries[] = {
     {"mirror, half turn, zoom 2", true, false, 2, 2},
 };
 
-// What the camera should deliver: the frame with the geometry applied, then the zoom window.
-Image expectedImage(const Camera& camera, const Geometry& geometry, unsigned int seed,
-                    unsigned int number) {
-    Image image = deliveredFrame(camera.sensor, seed, number, camera.width, camera.height);
+// What the camera should deliver: the frame with the geometry applied, then the zoom window; a
+// make whose device does the geometry zooms the sensor's picture first and turns the other way.
+Image expectedImage(const MakeTraits& make, const Camera& camera, const Geometry& geometry,
+                    unsigned int seed, unsigned int number) {
+    Image image = sensorFrame(camera.sensor, seed, number, camera.width, camera.height);
+    if (make.deviceGeometry && geometry.zoom) image = zoomed(image, geometry.zoom);
+    image = processedFrame(image, camera.sensor);
+    if (camera.redBlueSwapped) image = swappedRedBlue(image);
     if (geometry.horizontal) image = mirroredLeftRight(image);
     if (geometry.vertical) image = mirroredTopBottom(image);
-    if (geometry.turns) image = turnedClockwise(image, geometry.turns);
-    if (geometry.zoom) image = zoomed(image, geometry.zoom);
+    if (geometry.turns)
+        image = make.deviceGeometry ? turnedCounterClockwise(image, geometry.turns)
+                                    : turnedClockwise(image, geometry.turns);
+    if (!make.deviceGeometry && geometry.zoom) image = zoomed(image, geometry.zoom);
     return image;
 }
 
@@ -197,7 +203,7 @@ TEST_P(MakeTest, FramesOnOneAndThreeChannelsMatchThePatternUnderEveryGeometry) {
                 } else {
                     ASSERT_TRUE(facade->getCurrentFrame(id, image, 0));
                 }
-                const Image expected = expectedImage(*camera, geometry, seedOf(camera->id),
+                const Image expected = expectedImage(make, *camera, geometry, seedOf(camera->id),
                                                      lastFrameNumber(camera->id));
                 EXPECT_EQ(image.frameNumber, static_cast<int32_t>(lastFrameNumber(camera->id)));
                 ASSERT_EQ(image.dataSize, static_cast<int32_t>(expected.pixels.size()));
@@ -225,9 +231,8 @@ TEST_P(MakeTest, TwoThreadsPullingFramesEachGetWholeFrames) {
                 ++torn;
                 continue;
             }
-            const Image expected =
-                deliveredFrame(camera.sensor, seed, static_cast<unsigned>(image.frameNumber),
-                               camera.width, camera.height);
+            const Image expected = expectedImage(make, camera, kGeometries[0], seed,
+                                                 static_cast<unsigned>(image.frameNumber));
             if (!std::equal(expected.pixels.begin(), expected.pixels.end(), buffer.begin())) ++torn;
             ++delivered;
         }

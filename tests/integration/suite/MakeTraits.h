@@ -48,6 +48,8 @@ struct Camera {
     sim::PixelFormat sensor;
     unsigned int width;
     unsigned int height;
+    // Delivered in BGR order although reported as RGB (MindVision's processor by default).
+    bool redBlueSwapped = false;
 };
 
 struct MakeTraits {
@@ -60,6 +62,9 @@ struct MakeTraits {
     Camera mono;
     Camera colour;
     std::vector<OpenStep> openSteps;
+    // The SDK mirrors, turns (counter-clockwise) and zooms, the zoom as a field of view of the
+    // sensor, before its processing; otherwise the library does it to the delivered frame.
+    bool deviceGeometry = false;
 };
 
 const std::vector<MakeTraits>& allMakes();

@@ -1,6 +1,7 @@
 // One entry per make for the shared integration suite.
 #include "sim/daheng/DahSimControl.h"
 #include "sim/hikvision/HikSimControl.h"
+#include "sim/mindvision/MvSimControl.h"
 #include "suite/MakeTraits.h"
 
 namespace telvarra::test {
@@ -54,10 +55,35 @@ MakeTraits daHeng() {
              {"GXGetIntValue", 2}}};
 }
 
+constexpr int kMindVisionFailed = -1;  // CAMERA_STATUS_FAILED
+
+MakeTraits mindVision() {
+    MakeTraits make{"MindVision",
+                    RUVO_CAMERA_MINDVISION,
+                    TELVARRA_SIMULATOR_CONTROL(MvSim),
+                    kMindVisionFailed,
+                    RUVO_STATUS_ACQUIRING,
+                    {"id=MV1MONO layer=usb3 size=661x487 format=mono8", "MV1MONO",
+                     sim::PixelFormat::Mono8, 661, 487},
+                    // The SDK's processor delivers BGR until a host asks for RGB.
+                    {"id=MV2COLOUR layer=gige size=661x487 format=bayer_rg8", "MV2COLOUR",
+                     sim::PixelFormat::BayerRG8, 661, 487, true},
+                    // The camera's own enumeration is the second of an open; a mono camera sets
+                    // its processor's output before the output block is allocated.
+                    {{"CameraEnumerateDevice", 2},
+                     {"CameraInit", 1},
+                     {"CameraGetIspOutFormat", 1},
+                     {"CameraSetIspOutFormat", 1},
+                     {"CameraAlignMalloc", 1},
+                     {"CameraConnectTest", 1}}};
+    make.deviceGeometry = true;
+    return make;
+}
+
 }  // namespace
 
 const std::vector<MakeTraits>& allMakes() {
-    static const std::vector<MakeTraits> makes = {hikVision(), daHeng()};
+    static const std::vector<MakeTraits> makes = {hikVision(), daHeng(), mindVision()};
     return makes;
 }
 
