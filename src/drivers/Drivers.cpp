@@ -3,6 +3,7 @@
 
 #include "core/StandardDrivers.h"
 #include "drivers/daheng/DaHengDriver.h"
+#include "drivers/dvp/DvpDriver.h"
 #include "drivers/hikvision/HikVisionDriver.h"
 #include "drivers/mindvision/MindVisionDriver.h"
 #include "telvarra/CameraFactory.h"
@@ -22,6 +23,7 @@ void registerDriver(Ruvo_CameraType key) {
 void registerStandardDrivers() {
     registerDriver<mindvision::MindVisionDriver>(RUVO_CAMERA_MINDVISION);
     registerDriver<hikvision::HikVisionDriver>(RUVO_CAMERA_HIKVISION);
+    registerDriver<dvp::DvpDriver>(RUVO_CAMERA_DVP);
     registerDriver<daheng::DaHengDriver>(RUVO_CAMERA_DAHENG);
 }
 

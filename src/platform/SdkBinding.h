@@ -114,15 +114,21 @@ class SdkBinding final : public SdkLibrary {
     TELVARRA_SDK_TABLE_OF(LIST, TELVARRA_SDK_TYPED_POINTER, TELVARRA_SDK_UNTYPED_POINTER, \
                           TELVARRA_SDK_VISIT_ENTRY, TELVARRA_SDK_ENTRY_NAME)
 
-// The same for a list whose entries name no need, TYPED(name) and NAMED(name): every name is
-// optional, so a load never fails for a missing function and each caller checks its pointer.
-#define TELVARRA_SDK_OPTIONAL_TYPED_POINTER(name) TELVARRA_SDK_TYPED_POINTER(name, Optional)
-#define TELVARRA_SDK_OPTIONAL_UNTYPED_POINTER(name) TELVARRA_SDK_UNTYPED_POINTER(name, Optional)
+// The same for a list whose entries name no need, TYPED(name) and NAMED(name), with one need for
+// all: required (a load fails for any missing name) or optional (a load never fails for a
+// missing function, and each caller checks its pointer).
+#define TELVARRA_SDK_LISTED_TYPED_POINTER(name) TELVARRA_SDK_TYPED_POINTER(name, )
+#define TELVARRA_SDK_LISTED_UNTYPED_POINTER(name) TELVARRA_SDK_UNTYPED_POINTER(name, )
+#define TELVARRA_SDK_LISTED_NAME(name) #name,
+#define TELVARRA_SDK_REQUIRED_VISIT_ENTRY(name) TELVARRA_SDK_VISIT_ENTRY(name, Required)
 #define TELVARRA_SDK_OPTIONAL_VISIT_ENTRY(name) TELVARRA_SDK_VISIT_ENTRY(name, Optional)
-#define TELVARRA_SDK_OPTIONAL_ENTRY_NAME(name) #name,
-#define TELVARRA_SDK_OPTIONAL_TABLE(LIST)                            \
-    TELVARRA_SDK_TABLE_OF(LIST, TELVARRA_SDK_OPTIONAL_TYPED_POINTER, \
-                          TELVARRA_SDK_OPTIONAL_UNTYPED_POINTER,     \
-                          TELVARRA_SDK_OPTIONAL_VISIT_ENTRY, TELVARRA_SDK_OPTIONAL_ENTRY_NAME)
+#define TELVARRA_SDK_REQUIRED_TABLE(LIST)                                                         \
+    TELVARRA_SDK_TABLE_OF(LIST, TELVARRA_SDK_LISTED_TYPED_POINTER,                                \
+                          TELVARRA_SDK_LISTED_UNTYPED_POINTER, TELVARRA_SDK_REQUIRED_VISIT_ENTRY, \
+                          TELVARRA_SDK_LISTED_NAME)
+#define TELVARRA_SDK_OPTIONAL_TABLE(LIST)                                                         \
+    TELVARRA_SDK_TABLE_OF(LIST, TELVARRA_SDK_LISTED_TYPED_POINTER,                                \
+                          TELVARRA_SDK_LISTED_UNTYPED_POINTER, TELVARRA_SDK_OPTIONAL_VISIT_ENTRY, \
+                          TELVARRA_SDK_LISTED_NAME)
 
 #endif
