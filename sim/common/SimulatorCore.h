@@ -102,6 +102,14 @@ class SimulatorBase {
         m_lastError = model ? change(*model) : "no device " + id;
         return m_lastError.empty();
     }
+    // The same for control calls that concern no one device (the SDK version a simulator
+    // imitates).
+    template <class Change>
+    bool controlSimulator(Change&& change) {
+        const auto guard = lock();
+        m_lastError = change();
+        return m_lastError.empty();
+    }
 
     // ---- Supplied by SimulatorCore<> and the make. ----
     virtual VirtualDevice* findModel(const std::string& id) = 0;
