@@ -54,6 +54,16 @@ TEST(DemoTest, SavesEveryDefaultCameraFramesAsPicturesOfThePattern) {
             output + "/MV0002-" + number + ".png",
             cameraFrame(sim::PixelFormat::BayerBG8, sim::seedFromId("MV0002"), frame, 2592, 1944));
     }
+    // Dvp cameras: the colour one's BGR is written as RGB.
+    for (std::uint32_t frame = 1; frame <= 3; ++frame) {
+        const std::string number = "000" + std::to_string(frame);
+        expectPicture(
+            output + "/DV0001-" + number + ".png",
+            cameraFrame(sim::PixelFormat::Mono8, sim::seedFromId("DV0001"), frame, 1280, 1024));
+        expectPicture(
+            output + "/DV0002-" + number + ".png",
+            cameraFrame(sim::PixelFormat::BayerGR8, sim::seedFromId("DV0002"), frame, 2592, 1944));
+    }
     // The first camera listed, turned by its device: a MindVision quarter turn is anticlockwise.
     const Image first = cameraFrame(sim::PixelFormat::Mono8, mindVisionMonoSeed, 1, 1280, 1024);
     expectPicture(output + "/turned/MV0001-0001.png",

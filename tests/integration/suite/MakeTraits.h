@@ -48,7 +48,8 @@ struct Camera {
     sim::PixelFormat sensor;
     unsigned int width;
     unsigned int height;
-    // Delivered in BGR order although reported as RGB (MindVision's processor by default).
+    // Delivered in BGR order: the SDK's default output for a colour sensor (MindVision's
+    // processor although it reports RGB, Dvp's as BGR).
     bool redBlueSwapped = false;
 };
 
@@ -65,6 +66,8 @@ struct MakeTraits {
     // The SDK mirrors, turns (counter-clockwise) and zooms, the zoom as a field of view of the
     // sensor, before its processing; otherwise the library does it to the delivered frame.
     bool deviceGeometry = false;
+    // The digital zoom commands; Dvp cameras have none.
+    bool zooms = true;
 };
 
 const std::vector<MakeTraits>& allMakes();

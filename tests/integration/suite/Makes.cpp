@@ -1,5 +1,6 @@
 // One entry per make for the shared integration suite.
 #include "sim/daheng/DahSimControl.h"
+#include "sim/dvp/DvpSimControl.h"
 #include "sim/hikvision/HikSimControl.h"
 #include "sim/mindvision/MvSimControl.h"
 #include "suite/MakeTraits.h"
@@ -80,10 +81,40 @@ MakeTraits mindVision() {
     return make;
 }
 
+constexpr int kDvpFailed = 0;  // DVP_STATUS_FAILED: success is 1
+
+MakeTraits dvp() {
+    MakeTraits make{"Dvp",
+                    RUVO_CAMERA_DVP,
+                    TELVARRA_SIMULATOR_CONTROL(DvpSim),
+                    kDvpFailed,
+                    RUVO_STATUS_ACQUIRING,
+                    {"id=DVMONO1 layer=usb3 size=661x487 format=mono8", "DVMONO1",
+                     sim::PixelFormat::Mono8, 661, 487},
+                    {"id=DVCOLOUR1 user=Line2 layer=gige size=661x487 format=bayer_gr8",
+                     "DVCOLOUR1", sim::PixelFormat::BayerGR8, 661, 487, true},
+                    // The manager's listing reads both cameras first; the mono camera's own
+                    // record is then the third read.
+                    {{"dvpRefresh", 2},
+                     {"dvpEnum", 3},
+                     {"dvpOpenByUserId", 1},
+                     {"dvpIsValid", 1},
+                     {"dvpGetStreamState", 1},
+                     {"dvpSetTriggerState", 1},
+                     {"dvpGetTriggerState", 1},
+                     {"dvpGetExposureDescr", 1},
+                     {"dvpGetAnalogGainDescr", 1},
+                     {"dvpGetAeTargetDescr", 1},
+                     {"dvpGetSensorInfo", 1},
+                     {"dvpGetTargetFormat", 1}}};
+    make.zooms = false;
+    return make;
+}
+
 }  // namespace
 
 const std::vector<MakeTraits>& allMakes() {
-    static const std::vector<MakeTraits> makes = {hikVision(), daHeng(), mindVision()};
+    static const std::vector<MakeTraits> makes = {hikVision(), daHeng(), mindVision(), dvp()};
     return makes;
 }
 
