@@ -9,7 +9,7 @@ cd "$(dirname "$0")/.."
 source scripts/ensure-packages.sh
 
 ensure_packages cmake ninja-build g++ binutils googletest libgtest-dev libgmock-dev \
-    g++-mingw-w64-x86-64-posix wine64 libcli11-dev libstb-dev
+    g++-mingw-w64-x86-64-posix wine64 libcli11-dev libstb-dev libturbojpeg0-dev
 
 jobs=$(nproc)
 summary=()
