@@ -1,6 +1,7 @@
 #include "telvarra/CameraPublicInterface.h"
 
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <vector>
 
@@ -259,6 +260,12 @@ bool CameraPublicInterface::setCameraParameter(const char* cameraId, const char*
     const std::string id = text(cameraId);
     ICamera* camera = findOpenCamera(cameraId, LogLevel::Error);
     if (!camera) return false;
+    // Refused before the camera sees it: the pair is also a line of the camera's configuration.
+    if ((name && std::strpbrk(name, "\r\n")) || (value && std::strpbrk(value, "\r\n"))) {
+        logLine(LogLevel::Error, "Failed to set parameter " + text(name) + " on camera: " + id +
+                                     " (a line break in its name or value)");
+        return false;
+    }
     if (!camera->setParameter(name, value)) {
         logLine(LogLevel::Error, "Failed to set parameter " + text(name) + " on camera: " + id);
         return false;

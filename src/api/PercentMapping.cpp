@@ -25,6 +25,9 @@ int32_t rangeToPercent(double current, double minimum, double maximum) {
 bool setByPercent(const PercentControl& control, int32_t percent) {
     const std::optional<DeviceRange> range =
         control.readRange ? control.readRange() : control.read();
+    // A device reporting an infinite or undefined bound has no value to give it: converting one
+    // to the device's integer type would be undefined.
+    if (range && (!std::isfinite(range->minimum) || !std::isfinite(range->maximum))) return false;
     return range && control.write(percentToRange(percent, range->minimum, range->maximum,
                                                  control.arithmetic));
 }

@@ -101,6 +101,11 @@ void CameraConfig::setValue(const char* key, const char* value) {
         logError("Config key or value is null");
         return;
     }
+    // A line break would end the line in the file and plant a key of its own.
+    if (std::strpbrk(key, "\r\n") || std::strpbrk(value, "\r\n")) {
+        logError("Config key or value holds a line break: " + std::string(key));
+        return;
+    }
     m_values[key] = value;
 }
 

@@ -1,7 +1,9 @@
 #include "telvarra/CameraLogger.h"
 
+#include <algorithm>
 #include <ctime>
 #include <iostream>
+#include <mutex>
 #include <vector>
 
 #include "platform/Clock.h"
@@ -40,6 +42,40 @@ void trimToNewerHalf(const std::string& path) {
     for (auto line = firstKept; line != lines.end(); ++line) output << *line << std::endl;
 }
 
+// One lock for the one logger: cameras log from every thread that pulls frames, and a line must
+// never be torn, lost or doubled. Outside the exported class, which keeps its layout, and never
+// destroyed: drivers still log while the module unloads.
+std::recursive_mutex& loggerLock() {
+    static auto* lock = new std::recursive_mutex;
+    return *lock;
+}
+
+// A message with its control characters written out (a line break as "\n"), so no text from a
+// device or a host can start a line of its own.
+std::string escapedControls(const std::string& message) {
+    if (std::find_if(message.begin(), message.end(),
+                     [](unsigned char c) { return c < 0x20 || c == 0x7F; }) == message.end())
+        return message;
+    static constexpr char kHex[] = "0123456789ABCDEF";
+    std::string escaped;
+    for (const unsigned char c : message) {
+        if (c == '\n') {
+            escaped += "\\n";
+        } else if (c == '\r') {
+            escaped += "\\r";
+        } else if (c == '\t') {
+            escaped += "\\t";
+        } else if (c < 0x20 || c == 0x7F) {
+            escaped += "\\x";
+            escaped += kHex[c >> 4];
+            escaped += kHex[c & 0xF];
+        } else {
+            escaped += static_cast<char>(c);
+        }
+    }
+    return escaped;
+}
+
 }  // namespace
 
 CameraLogger& CameraLogger::getInstance() {
@@ -54,6 +90,7 @@ CameraLogger::~CameraLogger() {
 }
 
 void CameraLogger::setLogFile(const std::string& path) {
+    std::lock_guard<std::recursive_mutex> guard(loggerLock());
     if (m_logStream.is_open()) m_logStream.close();
     trimToNewerHalf(path);
     m_logFilePath = path;
@@ -66,9 +103,13 @@ void CameraLogger::setLogFile(const std::string& path) {
     }
 }
 
-void CameraLogger::setLogLevel(LogLevel level) { m_minimumLevel = level; }
+void CameraLogger::setLogLevel(LogLevel level) {
+    std::lock_guard<std::recursive_mutex> guard(loggerLock());
+    m_minimumLevel = level;
+}
 
 void CameraLogger::log(LogLevel level, const std::string& message) {
+    std::lock_guard<std::recursive_mutex> guard(loggerLock());
     if (!m_logStream.is_open() ||
         static_cast<std::int32_t>(level) < static_cast<std::int32_t>(m_minimumLevel)) {
         return;
@@ -76,7 +117,8 @@ void CameraLogger::log(LogLevel level, const std::string& message) {
     const std::tm now = telvarra::platform::localTime(std::time(nullptr));
     char time[80] = {};
     std::strftime(time, sizeof time, "%Y-%m-%d %X", &now);
-    const std::string line = std::string(time) + " [" + levelName(level) + "] " + message;
+    const std::string line =
+        std::string(time) + " [" + levelName(level) + "] " + escapedControls(message);
     std::cout << line << std::endl;
     m_logStream << line << std::endl;
 }

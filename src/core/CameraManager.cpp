@@ -3,6 +3,7 @@
 #include <cstring>
 #include <vector>
 
+#include "core/FileNames.h"
 #include "core/Records.h"
 #include "telvarra/CameraFactory.h"
 #include "telvarra/CameraLogger.h"
@@ -182,8 +183,9 @@ ICamera* CameraManager::createCamera(const char* cameraId, Ruvo_CameraType type)
     }
 
     m_cameras[id] = camera;
-    // Built from the whole identifier: no fixed-size buffer can cut or overflow the name.
-    const std::string configFile = "camera_" + id + ".cfg";
+    // Built from the whole identifier: no fixed-size buffer can cut or overflow the name. The
+    // identifier is encoded where it could leave the folder or break the name.
+    const std::string configFile = "camera_" + telvarra::fileNamePart(id) + ".cfg";
     m_cameraConfigs[id] = std::make_shared<CameraConfig>(configFile.c_str());
     logLine(LogLevel::Info, "Created camera: " + id);
     return camera;

@@ -13,8 +13,9 @@ namespace telvarra::platform {
 
 namespace {
 
-std::string directoryPart(const std::string& path, char separator) {
-    const std::string::size_type cut = path.find_last_of(separator);
+// The path up to and with its last separator; empty without one.
+std::string directoryPart(const std::string& path, const char* separators) {
+    const std::string::size_type cut = path.find_last_of(separators);
     return cut == std::string::npos ? std::string() : path.substr(0, cut + 1);
 }
 
@@ -28,7 +29,8 @@ std::string directoryOfModule(HMODULE module) {
     wchar_t path[MAX_PATH] = {};
     const DWORD length = GetModuleFileNameW(module, path, MAX_PATH);
     if (length == 0 || length >= MAX_PATH) return {};
-    return directoryPart(toNarrow(std::wstring(path, length)), '\\');
+    // Windows takes either separator.
+    return directoryPart(toNarrow(std::wstring(path, length)), "\\/");
 }
 
 }  // namespace
@@ -49,13 +51,13 @@ std::string executableDirectory() {
     std::vector<char> path(4096);
     const ssize_t length = readlink("/proc/self/exe", path.data(), path.size());
     if (length <= 0 || static_cast<size_t>(length) >= path.size()) return {};
-    return directoryPart(std::string(path.data(), static_cast<size_t>(length)), '/');
+    return directoryPart(std::string(path.data(), static_cast<size_t>(length)), "/");
 }
 
 std::string moduleDirectory() {
     Dl_info info{};
     if (!dladdr(reinterpret_cast<void*>(&moduleDirectory), &info) || !info.dli_fname) return {};
-    return directoryPart(info.dli_fname, '/');
+    return directoryPart(info.dli_fname, "/");
 }
 
 #endif

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 #include "api/DigitalZoom.h"
@@ -9,8 +10,11 @@
 
 namespace {
 
+using telvarra::DeviceRange;
+using telvarra::PercentControl;
 using telvarra::percentToRange;
 using telvarra::rangeToPercent;
+using telvarra::setByPercent;
 using telvarra::zoomWindow;
 
 TEST(PercentMappingTest, PercentIsClampedThenMappedOntoTheRange) {
@@ -30,6 +34,19 @@ TEST(PercentMappingTest, RangeBackToPercentTruncatesClampsAndSurvivesEmptyAndInv
     EXPECT_EQ(rangeToPercent(4.0, 9.0, 5.0), 100);
     // Double arithmetic then truncation: 290 / 1000 * 100 is 28.999..., so 29 % reads back 28.
     EXPECT_EQ(rangeToPercent(percentToRange(29, 0, 1000), 0, 1000), 28);
+}
+
+TEST(PercentMappingTest, ADeviceRangeThatIsNotFiniteIsRefusedBeforeAnyWrite) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double inf = std::numeric_limits<double>::infinity();
+    for (const DeviceRange& range :
+         {DeviceRange{1, nan, 10}, DeviceRange{1, 0, inf}, DeviceRange{1, -inf, 10}}) {
+        bool written = false;
+        const PercentControl control{[&] { return std::optional<DeviceRange>(range); },
+                                     [&](double) { return written = true; }};
+        EXPECT_FALSE(setByPercent(control, 50));
+        EXPECT_FALSE(written);
+    }
 }
 
 TEST(DigitalZoomTest, WindowsAreCentredWithTheFramesAspect) {

@@ -199,6 +199,21 @@ TEST_F(ConfigTest, CopiesAreDeepAndSelfAssignmentKeepsEverything) {
     EXPECT_EQ(valueOf(assigned, "k"), "1");
 }
 
+TEST_F(ConfigTest, LineBreaksInKeysOrValuesAreRefusedSoNoLineIsForged) {
+    CameraConfig config;
+    config.setValue("Gain", "5");
+    config.setValue("Gain", "0.5\nsetCameraRotate=3");
+    config.setValue("a\rb", "1");
+    EXPECT_FALSE(config.hasKey("a\rb"));
+    EXPECT_TRUE(log.contains("ERROR", "Config key or value holds a line break: Gain"));
+    const std::string path = directory.file("forged.cfg");
+    ASSERT_TRUE(config.saveConfig(path.c_str()));
+    CameraConfig reloaded;
+    ASSERT_TRUE(reloaded.loadConfig(path.c_str()));
+    EXPECT_FALSE(reloaded.hasKey("setCameraRotate"));
+    EXPECT_EQ(valueOf(reloaded, "Gain"), "5");
+}
+
 TEST_F(ConfigTest, NullKeyOrValueIsRefusedWithALogLine) {
     CameraConfig config;
     config.setValue(nullptr, "v");

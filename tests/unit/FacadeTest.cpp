@@ -309,6 +309,17 @@ TEST_F(FacadeTest, SettingsSurviveCloseAndReopenThroughTheCameraConfigFile) {
     }
 }
 
+TEST_F(FacadeTest, ParameterTextWithALineBreakIsRefusedBeforeTheCamera) {
+    FakeCamera& camera = openCam();
+    EXPECT_FALSE(facade->setCameraParameter("cam", "Gain", "0.5\nsetCameraRotate=3"));
+    EXPECT_FALSE(facade->setCameraParameter("cam", "Ga\rin", "1"));
+    EXPECT_EQ(camera.calls["setParameter"], 0);
+    EXPECT_FALSE(facade->getCameraConfigById("cam")->hasKey("Gain"));
+    EXPECT_TRUE(log.contains(
+        "ERROR",
+        "Failed to set parameter Gain on camera: cam (a line break in its name or value)"));
+}
+
 TEST_F(FacadeTest, NullAndOverlongInputsAreRefusedWithoutHarm) {
     EXPECT_FALSE(facade->getAvailableCamerasAll(nullptr));
     EXPECT_FALSE(facade->getAvailableCamerasByType(kAlphaType, nullptr));

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <memory>
 
 #include "support/CurrentDirectory.h"
@@ -139,6 +141,26 @@ TEST_F(ManagerTest, CreateFindsTheIdentifierOnAnyInitializedDriverAndLoadsItsCon
     EXPECT_EQ(manager->createCamera("cam-b", kBetaType), camera);
     EXPECT_TRUE(log.contains("WARNING", "Camera already exists: cam-b"));
     EXPECT_EQ(fakes.beta.calls["createCamera"], 1);
+}
+
+TEST_F(ManagerTest, IdentifiersBecomeFileNamesThatStayInTheFolder) {
+    // Identifiers come from devices: a GigE user name can be set by anyone on its network.
+    fakes.alpha.deviceIds = {"x/../../esc", "/../../../tmp/pwned", "C:\\dir\\NUL", "..",
+                             "DA-01_b.2"};
+    manager->initializeAllDrivers();
+    for (const std::string& id : fakes.alpha.deviceIds) {
+        ASSERT_NE(manager->createCamera(id.c_str(), kAlphaType), nullptr) << id;
+        EXPECT_TRUE(manager->saveCameraConfig(id)) << id;
+    }
+    std::vector<std::string> written;
+    for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::current_path()))
+        written.push_back(entry.path().filename().string());
+    std::sort(written.begin(), written.end());
+    EXPECT_EQ(written, (std::vector<std::string>{"camera_%2E%2E.cfg",
+                                                 "camera_%2F..%2F..%2F..%2Ftmp%2Fpwned.cfg",
+                                                 "camera_C%3A%5Cdir%5CNUL.cfg",
+                                                 "camera_DA-01_b.2.cfg",  // an ordinary serial
+                                                 "camera_x%2F..%2F..%2Fesc.cfg"}));
 }
 
 TEST_F(ManagerTest, CreateGoesOnAfterADriverThatMakesNoCamera) {

@@ -1,0 +1,18 @@
+// Identifiers made into parts of file names. Identifiers come from devices, and anyone on a
+// camera's network can set some of them: a separator, a drive prefix or a control character must
+// never take a file outside its folder or make a name the system refuses.
+#ifndef TELVARRA_CORE_FILENAMES_H
+#define TELVARRA_CORE_FILENAMES_H
+
+#include <string>
+
+namespace telvarra {
+
+// `text` with every byte outside letters, digits, '-', '_' and '.' written as '%' and two
+// hexadecimal digits ('%' itself included), so ordinary serial numbers keep their names and no
+// two identifiers share one. A text of only dots is encoded whole.
+std::string fileNamePart(const std::string& text);
+
+}  // namespace telvarra
+
+#endif
