@@ -341,8 +341,10 @@ PercentControl MindVisionCamera::steppedControl(const SteppedSetting& setting) {
                 return range;
             },
             [this, setting](double value) {
+                // The bounds are unsigned; the SDK takes an int.
+                const double step = std::min(value, double(std::numeric_limits<int>::max()));
                 return succeeded(callSdk(m_sdk.*setting.set, setting.setName, m_handle,
-                                         static_cast<int>(value)));
+                                         static_cast<int>(step)));
             },
             PercentArithmetic::ScaleThenDivide, bounds};
 }
