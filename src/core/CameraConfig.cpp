@@ -1,8 +1,10 @@
 #include "telvarra/CameraConfig.h"
 
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 
+#include "core/FileNames.h"
 #include "telvarra/CameraLogger.h"
 
 namespace {
@@ -32,6 +34,9 @@ bool copyToCallerBuffer(const std::string& text, char** destination,
 void dropCarriageReturn(std::string& line) {
     if (!line.empty() && line.back() == '\r') line.pop_back();
 }
+
+// A configuration larger than this is no configuration: refused rather than read without end.
+constexpr std::uintmax_t kMaxConfigBytes = 1024 * 1024;
 
 }  // namespace
 
@@ -65,6 +70,16 @@ bool CameraConfig::chooseFile(const char* configFile) {
 
 bool CameraConfig::loadConfig(const char* configFile) {
     if (!chooseFile(configFile)) return false;
+    if (telvarra::notAPlainFile(m_configFile)) {
+        logError("Config file is not a plain file: " + m_configFile);
+        return false;
+    }
+    std::error_code sizeError;
+    const std::uintmax_t bytes = std::filesystem::file_size(m_configFile, sizeError);
+    if (!sizeError && bytes > kMaxConfigBytes) {
+        logError("Config file too large: " + m_configFile);
+        return false;
+    }
     std::ifstream input(m_configFile);
     if (!input.is_open()) {
         logError("Failed to open config file: " + m_configFile);
@@ -85,6 +100,10 @@ bool CameraConfig::loadConfig(const char* configFile) {
 
 bool CameraConfig::saveConfig(const char* configFile) {
     if (!chooseFile(configFile)) return false;
+    if (telvarra::notAPlainFile(m_configFile)) {
+        logError("Config file is not a plain file: " + m_configFile);
+        return false;
+    }
     std::ofstream output(m_configFile, std::ios::out | std::ios::trunc);
     if (!output.is_open()) {
         logError("Failed to open config file for writing: " + m_configFile);

@@ -6,6 +6,7 @@
 #include <mutex>
 #include <vector>
 
+#include "core/FileNames.h"
 #include "platform/Clock.h"
 
 namespace {
@@ -92,6 +93,14 @@ CameraLogger::~CameraLogger() {
 void CameraLogger::setLogFile(const std::string& path) {
     std::lock_guard<std::recursive_mutex> guard(loggerLock());
     if (m_logStream.is_open()) m_logStream.close();
+    // A FIFO, a device or a link in the log's place is not attached: reading it to trim could
+    // hang the host before its main, and writing would go where the link points.
+    if (telvarra::notAPlainFile(path)) {
+        m_logFilePath = path;
+        m_logStream.clear();
+        m_logStream.setstate(std::ios::failbit);
+        return;
+    }
     trimToNewerHalf(path);
     m_logFilePath = path;
     m_logStream.clear();

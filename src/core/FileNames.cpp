@@ -1,5 +1,8 @@
 #include "core/FileNames.h"
 
+#include <filesystem>
+#include <system_error>
+
 namespace telvarra {
 
 namespace {
@@ -26,6 +29,14 @@ std::string fileNamePart(const std::string& text) {
         }
     }
     return part;
+}
+
+bool notAPlainFile(const std::string& path) {
+    std::error_code error;
+    const auto status = std::filesystem::symlink_status(path, error);
+    namespace fs = std::filesystem;
+    return !error && (fs::is_symlink(status) || fs::is_fifo(status) || fs::is_block_file(status) ||
+                      fs::is_character_file(status) || fs::is_socket(status));
 }
 
 }  // namespace telvarra

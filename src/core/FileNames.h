@@ -13,6 +13,11 @@ namespace telvarra {
 // two identifiers share one. A text of only dots is encoded whole.
 std::string fileNamePart(const std::string& text);
 
+// Whether `path` names a link (whose target a write would replace), a FIFO (whose open would
+// hang the host), a device (which could be read without end) or a socket. Plain files, folders
+// and paths that do not exist answer false: opening them fails or works as usual.
+bool notAPlainFile(const std::string& path);
+
 }  // namespace telvarra
 
 #endif

@@ -30,6 +30,7 @@ class FakeDriver : public ICameraDriver {
         cameraResults.clear();
         calls.clear();
         lastCreated = nullptr;
+        live.clear();  // a camera a test left with its driver (one refused a destroy)
     }
 
     bool initialize() override {

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <string>
 
 #include "support/LogCapture.h"
@@ -9,6 +11,7 @@
 #include "telvarra/CameraConfig.h"
 
 using telvarra::test::LogCapture;
+using telvarra::test::readFile;
 using telvarra::test::readLines;
 using telvarra::test::TempDir;
 using telvarra::test::writeFile;
@@ -212,6 +215,34 @@ TEST_F(ConfigTest, LineBreaksInKeysOrValuesAreRefusedSoNoLineIsForged) {
     ASSERT_TRUE(reloaded.loadConfig(path.c_str()));
     EXPECT_FALSE(reloaded.hasKey("setCameraRotate"));
     EXPECT_EQ(valueOf(reloaded, "Gain"), "5");
+}
+
+TEST_F(ConfigTest, OnlyPlainFilesOfAtMostOneMebibyteAreReadOrWritten) {
+    const std::string big = directory.file("big.cfg");
+    writeFile(big, "Gain=1\n" + std::string(1024 * 1024, '#'));
+    CameraConfig config;
+    EXPECT_FALSE(config.loadConfig(big.c_str()));
+    EXPECT_TRUE(log.contains("ERROR", "Config file too large: " + big));
+
+    // A link's target is neither read nor rewritten (where the system lets us make one).
+    const std::string target = directory.file("target.txt");
+    const std::string link = directory.file("camera_link.cfg");
+    writeFile(target, "precious\n");
+    std::error_code error;
+    std::filesystem::create_symlink(target, link, error);
+    if (!error) {
+        config.setValue("Gain", "2");
+        EXPECT_FALSE(config.loadConfig(link.c_str()));
+        EXPECT_FALSE(config.saveConfig(link.c_str()));
+        EXPECT_TRUE(log.contains("ERROR", "Config file is not a plain file: " + link));
+        EXPECT_EQ(readFile(target), "precious\n");
+    }
+    // A FIFO would block the open for ever (where the system has them).
+    const std::string fifo = directory.file("camera_fifo.cfg");
+    if (std::system(("mkfifo '" + fifo + "' 2>/dev/null").c_str()) == 0) {
+        EXPECT_FALSE(config.loadConfig(fifo.c_str()));
+        EXPECT_FALSE(config.saveConfig(fifo.c_str()));
+    }
 }
 
 TEST_F(ConfigTest, NullKeyOrValueIsRefusedWithALogLine) {

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <filesystem>
 #include <regex>
 #include <set>
 #include <string>
@@ -95,6 +97,25 @@ TEST_F(LoggerTest, NamesEveryLevelAndLeavesUnknownLevelsEmpty) {
         {"DEBUG", "d"}, {"INFO", "i"}, {"WARNING", "w"}, {"ERROR", "e"}, {"", "seven"}};
     EXPECT_EQ(capture.entries(), expected);
     EXPECT_NE(readLines(capture.path()).back().find(" [] seven"), std::string::npos);
+}
+
+TEST_F(LoggerTest, ALinkOrFifoInTheLogsPlaceIsNotAttached) {
+    TempDir directory;
+    const std::string target = directory.file("target.txt");
+    telvarra::test::writeFile(target, "precious\n");
+    const std::string link = directory.file("CameraLog.txt");
+    std::error_code error;
+    std::filesystem::create_symlink(target, link, error);
+    if (!error) {
+        logger().setLogFile(link);
+        logger().log(LogLevel::Error, "not written through the link");
+        EXPECT_EQ(telvarra::test::readFile(target), "precious\n");
+    }
+    const std::string fifo = directory.file("fifo.txt");
+    if (std::system(("mkfifo '" + fifo + "' 2>/dev/null").c_str()) == 0) {
+        logger().setLogFile(fifo);  // would block for ever if it were opened or read
+        logger().log(LogLevel::Error, "not written into the FIFO");
+    }
 }
 
 TEST_F(LoggerTest, DropsLinesBelowTheMinimumLevel) {
