@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "sim/common/TestPattern.h"
-
 namespace telvarra::sim {
 
 std::vector<PixelFormat> defaultSupportedFormats(PixelFormat sensorFormat) {
@@ -27,6 +25,11 @@ VirtualDevice::VirtualDevice(DeviceDescription description)
     if (!supports(m_description.format))
         m_description.supportedFormats.insert(m_description.supportedFormats.begin(),
                                               m_description.format);
+}
+
+PictureCamera VirtualDevice::picture() const {
+    return {m_description.id, m_description.make, m_description.seed, m_description.width,
+            m_description.height};
 }
 
 void VirtualDevice::unplug() {
@@ -75,8 +78,7 @@ DeviceFrame VirtualDevice::nextFrameHeader() {
 DeviceFrame VirtualDevice::nextFrame() {
     DeviceFrame frame = nextFrameHeader();
     frame.data.resize(frameBytes(m_format, frame.width, frame.height));
-    renderFrame(m_format, m_description.seed, frame.number, frame.width, frame.height,
-                frame.data.data());
+    renderFrame(picture(), m_format, frame.number, frame.width, frame.height, frame.data.data());
     return frame;
 }
 

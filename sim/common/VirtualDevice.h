@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "sim/common/PixelFormat.h"
+#include "sim/common/TestPattern.h"
 
 namespace telvarra::sim {
 
@@ -51,6 +52,8 @@ class VirtualDevice {
 
     const DeviceDescription& description() const { return m_description; }
     const std::string& id() const { return m_description.id; }
+    // Who the device's frames show: its identifier, make, seed and sensor size.
+    PictureCamera picture() const;
 
     // Pulling the plug ends the session of whoever had the device open (their handle stays,
     // dead) and stops streaming; plugging it back in leaves it closed and free.

@@ -17,7 +17,8 @@ Bytes expectedFrame(PixelFormat format, const char* id, std::uint32_t number, st
     unsigned int seed = 0;
     EXPECT_EQ(DahSim_DeviceSeed(id, &seed), 0);
     Bytes frame(sim::frameBytes(format, width, height));
-    sim::renderFrame(format, seed, number, width, height, frame.data());
+    sim::renderFrame({id, "daheng", seed, width, height}, format, number, width, height,
+                     frame.data());
     return frame;
 }
 

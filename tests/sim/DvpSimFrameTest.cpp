@@ -35,7 +35,7 @@ Bytes expected(const char* id, PixelFormat sensor, std::uint32_t number, std::ui
     unsigned int seed = 0;
     EXPECT_EQ(DvpSim_DeviceSeed(id, &seed), 0);
     Bytes raw(sim::frameBytes(sensor, width, height));
-    sim::renderFrame(sensor, seed, number, width, height, raw.data());
+    sim::renderFrame({id, "dvp", seed, width, height}, sensor, number, width, height, raw.data());
     Bytes out(sim::frameBytes(output, width, height));
     sim::convertImage(sensor, raw.data(), width, height, output, out.data());
     return out;

@@ -50,7 +50,7 @@ TEST(JpegEncoderTest, ColourAndMonoFramesRoundTripWithinTheLossOfTheirQuality) {
     constexpr std::uint32_t w = 77, h = 45;
     for (const PixelFormat format : {PixelFormat::Rgb8, PixelFormat::Mono8}) {
         Bytes frame(frameBytes(format, w, h));
-        renderFrame(format, 0x12345678u, 3, w, h, frame.data());
+        renderFrame({"J1", "hikvision", 0x12345678u, w, h}, format, 3, w, h, frame.data());
         const Bytes file = encodeJpeg(format, frame.data(), w, h, 95);
         ASSERT_GE(file.size(), 4u);
         EXPECT_EQ(file[0], 0xFF);  // start of image

@@ -43,7 +43,8 @@ Bytes sensorRegion(PixelFormat format, const char* id, std::uint32_t number,
     unsigned int seed = 0;
     EXPECT_EQ(MvSim_DeviceSeed(id, &seed), 0);
     Bytes full(sim::frameBytes(format, sensorWidth, sensorHeight));
-    sim::renderFrame(format, seed, number, sensorWidth, sensorHeight, full.data());
+    sim::renderFrame({id, "mindvision", seed, sensorWidth, sensorHeight}, format, number,
+                     sensorWidth, sensorHeight, full.data());
     Bytes region;
     for (std::uint32_t y = top; y < top + height; ++y)
         for (std::uint32_t x = left; x < left + width; ++x)

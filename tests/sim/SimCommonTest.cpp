@@ -1,8 +1,9 @@
-// The pieces every simulator shares that tests of a simulator cannot reach whole: test pattern,
+// The pieces every simulator shares that tests of a simulator cannot reach whole: test picture,
 // demosaic and the rig file. The device model, call gate, fault plan,
 // call log and lent buffers are tested through the HikVision simulator.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -35,31 +36,210 @@ constexpr Mosaic kMosaics[] = {{PixelFormat::BayerGR8, "GRBG"},
 
 // ---- Test pattern. ----
 
-TEST(TestPatternTest, RendersEachFormatFromThePatternInItsSampleOrder) {
-    constexpr std::uint32_t w = 5, h = 3, seed = 0xA1B2C3D4u, frame = 9;
-    Bytes rgb(w * h * 3), bgr(w * h * 3), mono(w * h);
-    renderFrame(PixelFormat::Rgb8, seed, frame, w, h, rgb.data());
-    renderFrame(PixelFormat::Bgr8, seed, frame, w, h, bgr.data());
-    renderFrame(PixelFormat::Mono8, seed, frame, w, h, mono.data());
-    for (std::uint32_t y = 0; y < h; ++y) {
-        for (std::uint32_t x = 0; x < w; ++x) {
-            const std::size_t p = y * w + x;
-            for (std::uint32_t c = 0; c < 3; ++c) {
-                EXPECT_EQ(rgb[p * 3 + c], patternSample(seed, frame, x, y, c));
-                EXPECT_EQ(bgr[p * 3 + 2 - c], patternSample(seed, frame, x, y, c));
+constexpr PixelFormat kFormats[] = {
+    PixelFormat::Mono8,    PixelFormat::Rgb8,     PixelFormat::Bgr8,    PixelFormat::BayerGR8,
+    PixelFormat::BayerRG8, PixelFormat::BayerGB8, PixelFormat::BayerBG8};
+
+Bytes render(const PictureCamera& camera, PixelFormat format, std::uint32_t frame) {
+    Bytes out(frameBytes(format, camera.width, camera.height));
+    renderFrame(camera, format, frame, camera.width, camera.height, out.data());
+    return out;
+}
+
+bool inside(const PictureBox& box, std::uint32_t x, std::uint32_t y) {
+    return x >= box.left && x < box.left + box.width && y >= box.top && y < box.top + box.height;
+}
+
+// The label read back the way a person reads it: each character cell sampled in the middle of
+// its font pixels, white where every channel is light, and matched against the whole font.
+std::vector<std::string> readLabel(const Bytes& pixels, std::uint32_t width, std::uint32_t channels,
+                                   const PictureLayout& layout) {
+    const std::uint64_t unit = layout.unit;
+    const std::uint64_t cells = (layout.label.width / unit - 3) / 6;
+    std::vector<std::string> lines;
+    for (std::uint64_t line = 0; line < 3; ++line) {
+        std::string text;
+        for (std::uint64_t cell = 0; cell < cells; ++cell) {
+            Glyph seen{};
+            for (std::uint64_t row = 0; row < 7; ++row) {
+                for (std::uint64_t column = 0; column < 5; ++column) {
+                    const std::uint64_t x = layout.textLeft + (cell * 6 + column) * unit + unit / 2;
+                    const std::uint64_t y = layout.textTop + (line * 8 + row) * unit + unit / 2;
+                    bool white = true;
+                    for (std::uint32_t c = 0; c < channels; ++c)
+                        white = white && pixels[(y * width + x) * channels + c] > 127;
+                    if (white) seen[row] |= static_cast<std::uint8_t>(0x10u >> column);
+                }
             }
-            EXPECT_EQ(mono[p], patternSample(seed, frame, x, y, kRed));
+            char read = '~';
+            for (const char candidate : fontCharacters())
+                if (glyphOf(candidate) == seen) read = candidate;
+            text += read;
+        }
+        lines.push_back(text.substr(0, text.find_last_not_of(' ') + 1));
+    }
+    return lines;
+}
+
+TEST(TestPatternTest, EveryFormatShowsOnePictureOverThePatternAndTinySensorsThePatternAlone) {
+    constexpr std::uint32_t seed = 0xA1B2C3D4u, frame = 9;
+    for (const PictureCamera& camera :
+         {PictureCamera{"P1", "hikvision", seed, 661, 487},
+          PictureCamera{"P2", "dvp", seed, 63, 48}, PictureCamera{"P3", "dvp", seed, 5, 3}}) {
+        SCOPED_TRACE(camera.id);
+        const PictureLayout layout = pictureLayout(camera, frame);
+        EXPECT_EQ(layout.drawn, camera.width >= 64);
+        const Bytes rgb = render(camera, PixelFormat::Rgb8, frame);
+        const Bytes bgr = render(camera, PixelFormat::Bgr8, frame);
+        const Bytes mono = render(camera, PixelFormat::Mono8, frame);
+        std::size_t overlaid = 0;
+        for (std::uint32_t y = 0; y < camera.height; ++y) {
+            for (std::uint32_t x = 0; x < camera.width; ++x) {
+                const std::size_t p = std::size_t{y} * camera.width + x;
+                const bool overlay =
+                    layout.drawn && (inside(layout.mark, x, y) || inside(layout.label, x, y) ||
+                                     inside(layout.block, x, y));
+                overlaid += overlay;
+                for (std::uint32_t c = 0; c < 3; ++c) {
+                    const std::uint8_t sample = rgb[p * 3 + c];
+                    if (overlay) {
+                        ASSERT_TRUE(sample == 0 || sample == 255) << x << "," << y;
+                        ASSERT_EQ(sample, rgb[p * 3]) << "grey at " << x << "," << y;
+                    } else {
+                        ASSERT_EQ(sample, patternSample(seed, frame, x, y, c)) << x << "," << y;
+                    }
+                    ASSERT_EQ(bgr[p * 3 + 2 - c], sample);
+                }
+                ASSERT_EQ(mono[p], rgb[p * 3]);
+            }
+        }
+        EXPECT_EQ(overlaid > 0, layout.drawn);
+        for (const Mosaic& mosaic : kMosaics) {
+            const Bytes raw = render(camera, mosaic.format, frame);
+            for (std::uint32_t y = 0; y < camera.height; ++y)
+                for (std::uint32_t x = 0; x < camera.width; ++x)
+                    ASSERT_EQ(raw[y * camera.width + x],
+                              rgb[(y * camera.width + x) * 3 + siteColour(mosaic.tile, x, y)])
+                        << formatName(mosaic.format) << " at " << x << "," << y;
         }
     }
-    for (const Mosaic& mosaic : kMosaics) {
-        Bytes raw(w * h);
-        renderFrame(mosaic.format, seed, frame, w, h, raw.data());
-        for (std::uint32_t y = 0; y < h; ++y)
-            for (std::uint32_t x = 0; x < w; ++x)
-                ASSERT_EQ(raw[y * w + x],
-                          patternSample(seed, frame, x, y, siteColour(mosaic.tile, x, y)))
-                    << formatName(mosaic.format) << " at " << x << "," << y;
+}
+
+TEST(TestPatternTest, TheLabelReadsIdMakeAndFrameInColourGreyAndDemosaicedMosaics) {
+    // 600 pixels high: 3-pixel font pixels, whose middles a demosaic leaves pure.
+    const PictureCamera camera{"Cam-7/b", "mindvision", 99, 640, 600};
+    for (const std::uint32_t frame : {12u, 13u, 4294967295u}) {
+        const PictureLayout layout = pictureLayout(camera, frame);
+        ASSERT_EQ(layout.unit, 3u);
+        const std::vector<std::string> expected = {"CAM-7/B", "MINDVISION",
+                                                   "FRAME " + std::to_string(frame)};
+        EXPECT_EQ(pictureLabel(camera, frame), expected);
+        EXPECT_EQ(readLabel(render(camera, PixelFormat::Rgb8, frame), 640, 3, layout), expected);
+        EXPECT_EQ(readLabel(render(camera, PixelFormat::Mono8, frame), 640, 1, layout), expected);
+        for (const Mosaic& mosaic : kMosaics) {
+            Bytes rgb(640 * 600 * 3);
+            demosaicBilinear(mosaic.format, render(camera, mosaic.format, frame).data(), 640, 600,
+                             rgb.data());
+            EXPECT_EQ(readLabel(rgb, 640, 3, layout), expected) << formatName(mosaic.format);
+        }
     }
+    EXPECT_EQ(pictureLabel({"a\tb", "", 0, 640, 600}, 1)[0], "A?B");
+}
+
+TEST(TestPatternTest, TheMarkLooksDifferentUnderEveryMirrorAndTurnAndTheBlockMoves) {
+    const PictureCamera camera{"M1", "daheng", 1, 400, 300};
+    const PictureLayout layout = pictureLayout(camera, 1);
+    ASSERT_EQ(layout.mark.width, layout.mark.height);
+    const auto side = static_cast<std::uint32_t>(layout.mark.width);
+    const auto markOf = [&](std::uint32_t seed, std::uint32_t frame) {
+        const Bytes picture = render({"M1", "daheng", seed, 400, 300}, PixelFormat::Mono8, frame);
+        Bytes mark(std::size_t{side} * side);
+        cropImage(picture.data(), 400, 1, static_cast<std::uint32_t>(layout.mark.left),
+                  static_cast<std::uint32_t>(layout.mark.top), side, side, mark.data());
+        return mark;
+    };
+    const Bytes mark = markOf(1, 1);
+    EXPECT_TRUE(markOf(77, 8) == mark) << "the mark hides the pattern under it";
+
+    const auto flipped = [&](const Bytes& in) {
+        Bytes out(in.size());
+        flipHorizontal(in.data(), side, side, 1, out.data());
+        return out;
+    };
+    const auto turned = [&](const Bytes& in, std::uint32_t turns) {
+        Bytes out(in.size());
+        rotateClockwise(in.data(), side, side, 1, turns, out.data());
+        return out;
+    };
+    Bytes upsideDown(mark.size());
+    flipVertical(mark.data(), side, side, 1, upsideDown.data());
+    const std::pair<const char*, Bytes> transforms[] = {
+        {"left-right", flipped(mark)},
+        {"top-bottom", upsideDown},
+        {"quarter", turned(mark, 1)},
+        {"half", turned(mark, 2)},
+        {"three quarters", turned(mark, 3)},
+        {"left-right, quarter", turned(flipped(mark), 1)},
+        {"left-right, three quarters", turned(flipped(mark), 3)},
+    };
+    for (const auto& [name, transformed] : transforms) EXPECT_FALSE(transformed == mark) << name;
+
+    // Six units a frame along the bottom, wrapping round inside the sensor.
+    const PictureBox second = pictureLayout(camera, 2).block;
+    EXPECT_EQ(second.left, layout.block.left + 6 * layout.unit);
+    EXPECT_EQ(second.top + second.height + 2 * layout.unit, 300u);
+    for (const std::uint32_t frame : {64u, 65u, 4294967295u}) {
+        const PictureBox block = pictureLayout(camera, frame).block;
+        EXPECT_LE(block.left + block.width, 400u) << frame;
+    }
+    EXPECT_EQ(pictureLayout(camera, 65).block.left, 65u * 6 % (400 - 12 + 1));
+}
+
+TEST(TestPatternTest, RegionsOfAnySizeStayInsideTheirBufferAndCropTheWholePicture) {
+    struct Case {
+        std::uint32_t sensorWidth, sensorHeight, width, height;
+        PixelFormat format;
+    };
+    const Case cases[] = {
+        // Whole frames: too small for the overlay, the smallest with it, long and thin ones.
+        {1, 1, 1, 1, PixelFormat::Rgb8},
+        {4, 4, 4, 4, PixelFormat::BayerRG8},
+        {64, 48, 64, 48, PixelFormat::Bgr8},
+        {65535, 48, 65535, 48, PixelFormat::Rgb8},
+        {64, 65535, 64, 65535, PixelFormat::Mono8},
+        {6000, 6000, 6000, 6000, PixelFormat::Mono8},
+        // Regions of a larger sensor that cut through the overlay.
+        {300, 300, 1, 1, PixelFormat::Rgb8},
+        {300, 300, 4, 4, PixelFormat::Rgb8},
+        {300, 300, 40, 3, PixelFormat::BayerGB8},
+        {2448, 2048, 25, 25, PixelFormat::Rgb8},
+        {2448, 2048, 2448, 100, PixelFormat::Mono8},
+    };
+    constexpr std::size_t guard = 64;
+    for (const Case& c : cases) {
+        const PictureCamera camera{"A-LONG-IDENTIFIER-THAT-RUNS-PAST-THE-EDGE", "hikvision", 5,
+                                   c.sensorWidth, c.sensorHeight};
+        const std::size_t bytes = frameBytes(c.format, c.width, c.height);
+        for (const std::uint32_t frame : {1u, 4294967295u}) {
+            Bytes buffer(bytes + 2 * guard, 0xA5);
+            renderFrame(camera, c.format, frame, c.width, c.height, buffer.data() + guard);
+            const auto untouched = [](auto begin, auto end) {
+                return std::all_of(begin, end, [](std::uint8_t b) { return b == 0xA5; });
+            };
+            EXPECT_TRUE(untouched(buffer.begin(), buffer.begin() + guard))
+                << c.sensorWidth << "x" << c.sensorHeight << " frame " << frame;
+            EXPECT_TRUE(untouched(buffer.end() - guard, buffer.end()))
+                << c.sensorWidth << "x" << c.sensorHeight << " frame " << frame;
+        }
+    }
+
+    // A region from the sensor's corner is the corner of the whole picture, overlay and all.
+    const PictureCamera camera{"CROP1", "daheng", 3, 661, 487};
+    const Bytes whole = render(camera, PixelFormat::Rgb8, 4);
+    Bytes region(300 * 200 * 3), corner(300 * 200 * 3);
+    renderFrame(camera, PixelFormat::Rgb8, 4, 300, 200, region.data());
+    cropImage(whole.data(), 661, 3, 0, 0, 300, 200, corner.data());
+    EXPECT_EQ(region, corner);
 }
 
 // ---- Demosaic and conversion. ----
@@ -88,7 +268,6 @@ TEST(DemosaicTest, InterpolatesALinearRampExactlyInsideAndCutsTheWindowAtTheEdge
     EXPECT_EQ(rgb[3 * 3 + 1], 40);
     EXPECT_EQ(rgb[3 * 3 + 2], 80);
 }
-
 
 // ---- Rig file. ----
 

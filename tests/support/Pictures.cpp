@@ -18,11 +18,10 @@ Image ofSize(int width, int height, int channels) {
 
 }  // namespace
 
-Image sensorFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t frame,
-                  std::uint32_t width, std::uint32_t height) {
-    Image image = ofSize(static_cast<int>(width), static_cast<int>(height),
+Image sensorFrame(const sim::PictureCamera& camera, sim::PixelFormat sensor, std::uint32_t frame) {
+    Image image = ofSize(static_cast<int>(camera.width), static_cast<int>(camera.height),
                          static_cast<int>(sim::bytesPerPixel(sensor)));
-    sim::renderFrame(sensor, seed, frame, width, height, image.pixels.data());
+    sim::renderFrame(camera, sensor, frame, camera.width, camera.height, image.pixels.data());
     return image;
 }
 
@@ -34,9 +33,9 @@ Image processedFrame(const Image& sensorPicture, sim::PixelFormat sensor) {
     return image;
 }
 
-Image deliveredFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t frame,
-                     std::uint32_t width, std::uint32_t height) {
-    return processedFrame(sensorFrame(sensor, seed, frame, width, height), sensor);
+Image deliveredFrame(const sim::PictureCamera& camera, sim::PixelFormat sensor,
+                     std::uint32_t frame) {
+    return processedFrame(sensorFrame(camera, sensor, frame), sensor);
 }
 
 Image swappedRedBlue(const Image& image) {
@@ -46,9 +45,8 @@ Image swappedRedBlue(const Image& image) {
     return out;
 }
 
-Image cameraFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t frame,
-                  std::uint32_t width, std::uint32_t height) {
-    Image image = deliveredFrame(sensor, seed, frame, width, height);
+Image cameraFrame(const sim::PictureCamera& camera, sim::PixelFormat sensor, std::uint32_t frame) {
+    Image image = deliveredFrame(camera, sensor, frame);
     return sensor == sim::PixelFormat::Bgr8 ? swappedRedBlue(image) : image;
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "sim/common/PixelFormat.h"
+#include "sim/common/TestPattern.h"
 
 namespace telvarra::test {
 
@@ -19,21 +20,20 @@ struct Image {
     std::vector<std::uint8_t> pixels;  // rows back to back
 };
 
-// Frame `frame` as the sensor sends it: Bayer mosaics as they are, one byte a pixel.
-Image sensorFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t frame,
-                  std::uint32_t width, std::uint32_t height);
+// Frame `frame` of the whole sensor of `camera` as the sensor sends it: Bayer mosaics as they
+// are, one byte a pixel.
+Image sensorFrame(const sim::PictureCamera& camera, sim::PixelFormat sensor, std::uint32_t frame);
 // Frame `frame` as the library hands it to a host: Bayer mosaics demosaiced to RGB, the packed
 // formats as the sensor sends them (mono one channel, BGR in B, G, R order).
-Image deliveredFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t frame,
-                     std::uint32_t width, std::uint32_t height);
+Image deliveredFrame(const sim::PictureCamera& camera, sim::PixelFormat sensor,
+                     std::uint32_t frame);
 // A sensor's picture as the library hands it on: Bayer mosaics demosaiced to RGB, the packed
 // formats as they are.
 Image processedFrame(const Image& sensorPicture, sim::PixelFormat sensor);
 // The first and third samples of every pixel swapped: BGR as RGB and back.
 Image swappedRedBlue(const Image& image);
 // The same frame as a picture shows it: BGR put in RGB order.
-Image cameraFrame(sim::PixelFormat sensor, std::uint32_t seed, std::uint32_t frame,
-                  std::uint32_t width, std::uint32_t height);
+Image cameraFrame(const sim::PictureCamera& camera, sim::PixelFormat sensor, std::uint32_t frame);
 
 Image mirroredLeftRight(const Image& image);
 Image mirroredTopBottom(const Image& image);

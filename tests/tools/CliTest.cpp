@@ -38,14 +38,14 @@ const std::map<std::string, RigCamera> kCameras = {
     {"TMON01", {PixelFormat::Mono8, 777, 700, 500}},
 };
 
-Image plainFrame(const std::string& id, std::uint32_t frame) {
-    const RigCamera& camera = kCameras.at(id);
-    return cameraFrame(camera.sensor, camera.seed, frame, camera.width, camera.height);
-}
-
 Image frameAs(const std::string& id, PixelFormat delivered, std::uint32_t frame) {
     const RigCamera& camera = kCameras.at(id);
-    return cameraFrame(delivered, camera.seed, frame, camera.width, camera.height);
+    return cameraFrame({id, "hikvision", camera.seed, camera.width, camera.height}, delivered,
+                       frame);
+}
+
+Image plainFrame(const std::string& id, std::uint32_t frame) {
+    return frameAs(id, kCameras.at(id).sensor, frame);
 }
 
 ::testing::AssertionResult contains(const std::string& text, const std::string& part) {

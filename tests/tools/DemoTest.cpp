@@ -17,6 +17,35 @@ void expectPicture(const std::string& path, const Image& expected) {
     EXPECT_EQ(difference(saved, expected), "") << path;
 }
 
+// The default rig's cameras, in the order the demo grabs them.
+struct DemoCamera {
+    const char* id;
+    const char* make;
+    sim::PixelFormat sensor;
+    std::uint32_t width, height;
+    // DaHeng cameras deliver Bayer mosaics as they come, on one channel.
+    bool mosaicAsSent = false;
+};
+const DemoCamera kCameras[] = {
+    // MindVision first: the program asks the colour one for RGB.
+    {"MV0001", "MindVision", sim::PixelFormat::Mono8, 1280, 1024},
+    {"MV0002", "MindVision", sim::PixelFormat::BayerBG8, 2592, 1944},
+    {"DA0001", "HikVision", sim::PixelFormat::BayerRG8, 2448, 2048},
+    {"DA0002", "HikVision", sim::PixelFormat::Mono8, 1280, 1024},
+    // Dvp: the colour one's BGR is written as RGB.
+    {"DV0001", "Dvp", sim::PixelFormat::Mono8, 1280, 1024},
+    {"DV0002", "Dvp", sim::PixelFormat::BayerGR8, 2592, 1944},
+    {"DH0001", "DaHeng", sim::PixelFormat::Mono8, 1280, 1024, true},
+    {"DH0002", "DaHeng", sim::PixelFormat::BayerRG8, 2448, 2048, true},
+};
+
+Image savedFrame(const DemoCamera& camera, std::uint32_t frame) {
+    const sim::PictureCamera picture{camera.id, camera.make, sim::seedFromId(camera.id),
+                                     camera.width, camera.height};
+    return camera.mosaicAsSent ? sensorFrame(picture, camera.sensor, frame)
+                               : cameraFrame(picture, camera.sensor, frame);
+}
+
 TEST(DemoTest, SavesEveryDefaultCameraFramesAsPicturesOfThePattern) {
     TempDir scratch;
     const std::string output = scratch.file("pictures");
@@ -25,49 +54,16 @@ TEST(DemoTest, SavesEveryDefaultCameraFramesAsPicturesOfThePattern) {
     ASSERT_EQ(run.exitCode, 0) << run.out << run.err;
     EXPECT_NE(run.out.find("the pictures are in " + output), std::string::npos) << run.out;
 
-    const std::uint32_t colourSeed = sim::seedFromId("DA0001");
-    const std::uint32_t monoSeed = sim::seedFromId("DA0002");
-    for (std::uint32_t frame = 1; frame <= 3; ++frame) {
-        const std::string number = "000" + std::to_string(frame);
-        expectPicture(output + "/DA0001-" + number + ".png",
-                      cameraFrame(sim::PixelFormat::BayerRG8, colourSeed, frame, 2448, 2048));
-        expectPicture(output + "/DA0002-" + number + ".png",
-                      cameraFrame(sim::PixelFormat::Mono8, monoSeed, frame, 1280, 1024));
-    }
-    // DaHeng cameras deliver Bayer mosaics as they come, on one channel.
-    for (std::uint32_t frame = 1; frame <= 3; ++frame) {
-        const std::string number = "000" + std::to_string(frame);
-        expectPicture(
-            output + "/DH0001-" + number + ".png",
-            sensorFrame(sim::PixelFormat::Mono8, sim::seedFromId("DH0001"), frame, 1280, 1024));
-        expectPicture(
-            output + "/DH0002-" + number + ".png",
-            sensorFrame(sim::PixelFormat::BayerRG8, sim::seedFromId("DH0002"), frame, 2448, 2048));
-    }
-    // MindVision cameras, listed first: the program asks the colour one for RGB.
-    const std::uint32_t mindVisionMonoSeed = sim::seedFromId("MV0001");
-    for (std::uint32_t frame = 1; frame <= 3; ++frame) {
-        const std::string number = "000" + std::to_string(frame);
-        expectPicture(output + "/MV0001-" + number + ".png",
-                      cameraFrame(sim::PixelFormat::Mono8, mindVisionMonoSeed, frame, 1280, 1024));
-        expectPicture(
-            output + "/MV0002-" + number + ".png",
-            cameraFrame(sim::PixelFormat::BayerBG8, sim::seedFromId("MV0002"), frame, 2592, 1944));
-    }
-    // Dvp cameras: the colour one's BGR is written as RGB.
-    for (std::uint32_t frame = 1; frame <= 3; ++frame) {
-        const std::string number = "000" + std::to_string(frame);
-        expectPicture(
-            output + "/DV0001-" + number + ".png",
-            cameraFrame(sim::PixelFormat::Mono8, sim::seedFromId("DV0001"), frame, 1280, 1024));
-        expectPicture(
-            output + "/DV0002-" + number + ".png",
-            cameraFrame(sim::PixelFormat::BayerGR8, sim::seedFromId("DV0002"), frame, 2592, 1944));
+    for (const DemoCamera& camera : kCameras) {
+        const std::string id = camera.id;
+        for (std::uint32_t frame = 1; frame <= 3; ++frame) {
+            expectPicture(output + "/" + id + "-000" + std::to_string(frame) + ".png",
+                          savedFrame(camera, frame));
+        }
     }
     // The first camera listed, turned by its device: a MindVision quarter turn is anticlockwise.
-    const Image first = cameraFrame(sim::PixelFormat::Mono8, mindVisionMonoSeed, 1, 1280, 1024);
     expectPicture(output + "/turned/MV0001-0001.png",
-                  turnedCounterClockwise(mirroredLeftRight(first), 1));
+                  turnedCounterClockwise(mirroredLeftRight(savedFrame(kCameras[0], 1)), 1));
 }
 
 }  // namespace

@@ -64,10 +64,8 @@ TEST_F(DaHengTest, OpenLogsItsLinesAndMosaicsComeAsTheyAreOnOneChannel) {
     ASSERT_TRUE(facade->getCurrentFrame("B1", image, 0));
     EXPECT_EQ(image.channels, 1);
     EXPECT_EQ(image.format, RUVO_FORMAT_BAYER_GB8);
-    unsigned int seed = 0, number = 0;
-    DahSim_DeviceSeed("B1", &seed);
-    DahSim_FramesDelivered("B1", &number);
-    const Image mosaic = sensorFrame(sim::PixelFormat::BayerGB8, seed, number, 33, 17);
+    const Image mosaic = sensorFrame(pictureOf("daheng", "B1", 33, 17), sim::PixelFormat::BayerGB8,
+                                     lastFrameNumber("B1"));
     ASSERT_EQ(image.dataSize, 33 * 17);
     EXPECT_EQ(Bytes(image.data, image.data + image.dataSize), mosaic.pixels);
 

@@ -22,8 +22,8 @@ TEST_F(HikVisionTest, EveryFormatIsDeliveredAsSentOrConvertedToRgb) {
         openStreaming(id.c_str());
         ImageData image{};
         ASSERT_TRUE(facade->getCurrentFrame(id.c_str(), image, 0));
-        const Image expected = deliveredFrame(format, seedOf(id.c_str()),
-                                              lastFrameNumber(id.c_str()), kWidth, kHeight);
+        const Image expected = deliveredFrame(pictureOf("hikvision", id, kWidth, kHeight), format,
+                                              lastFrameNumber(id.c_str()));
         ASSERT_EQ(image.dataSize, static_cast<int32_t>(expected.pixels.size()));
         const Image delivered{image.width, image.height, image.channels,
                               Bytes(image.data, image.data + image.dataSize)};

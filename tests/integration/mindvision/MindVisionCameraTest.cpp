@@ -116,10 +116,8 @@ TEST_F(MindVisionTest, AColourCameraReportsItselfUnavailableAndRefusesBgr) {
     ASSERT_TRUE(camera->startAcquisition());
     ImageData image{};
     ASSERT_TRUE(camera->getCurrentFrame(image, 0));
-    unsigned int seed = 0;
-    MvSim_DeviceSeed("C1", &seed);
-    const Image expected =
-        deliveredFrame(sim::PixelFormat::BayerGR8, seed, image.frameNumber, 700, 500);
+    const Image expected = deliveredFrame(pictureOf("mindvision", "C1", 700, 500),
+                                          sim::PixelFormat::BayerGR8, image.frameNumber);
     EXPECT_EQ(difference({image.width, image.height, image.channels,
                           std::vector<unsigned char>(image.data, image.data + image.dataSize)},
                          expected),

@@ -6,8 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
 
+#include "sim/common/TestPattern.h"
 #include "suite/MakeTraits.h"
 #include "support/CurrentDirectory.h"
 #include "support/LogCapture.h"
@@ -48,6 +50,11 @@ class MakeFixture {
         unsigned int seed = 0;
         simulator.deviceSeed(id.c_str(), &seed);
         return seed;
+    }
+    // What the frames of camera `id` show, for computing them here; `make` in any case.
+    sim::PictureCamera pictureOf(const std::string& make, const std::string& id,
+                                 std::uint32_t width, std::uint32_t height) const {
+        return {id, make, seedOf(id), width, height};
     }
 
     const SimulatorControl& simulator;

@@ -165,8 +165,8 @@ constexpr Geometry kGeometries[] = {
 // What the camera should deliver: the frame with the geometry applied, then the zoom window; a
 // make whose device does the geometry zooms the sensor's picture first and turns the other way.
 Image expectedImage(const MakeTraits& make, const Camera& camera, const Geometry& geometry,
-                    unsigned int seed, unsigned int number) {
-    Image image = sensorFrame(camera.sensor, seed, number, camera.width, camera.height);
+                    const sim::PictureCamera& picture, unsigned int number) {
+    Image image = sensorFrame(picture, camera.sensor, number);
     if (make.deviceGeometry && geometry.zoom) image = zoomed(image, geometry.zoom);
     image = processedFrame(image, camera.sensor);
     if (camera.redBlueSwapped) image = swappedRedBlue(image);
@@ -205,8 +205,10 @@ TEST_P(MakeTest, FramesOnOneAndThreeChannelsMatchThePatternUnderEveryGeometry) {
                 } else {
                     ASSERT_TRUE(facade->getCurrentFrame(id, image, 0));
                 }
-                const Image expected = expectedImage(make, *camera, geometry, seedOf(camera->id),
-                                                     lastFrameNumber(camera->id));
+                const Image expected =
+                    expectedImage(make, *camera, geometry,
+                                  pictureOf(make.name, camera->id, camera->width, camera->height),
+                                  lastFrameNumber(camera->id));
                 EXPECT_EQ(image.frameNumber, static_cast<int32_t>(lastFrameNumber(camera->id)));
                 ASSERT_EQ(image.dataSize, static_cast<int32_t>(expected.pixels.size()));
                 const Image delivered{image.width, image.height, image.channels,
@@ -221,7 +223,7 @@ TEST_P(MakeTest, FramesOnOneAndThreeChannelsMatchThePatternUnderEveryGeometry) {
 TEST_P(MakeTest, TwoThreadsPullingFramesEachGetWholeFrames) {
     const Camera& camera = make.colour;
     openStreaming(camera.id);
-    const unsigned int seed = seedOf(camera.id);
+    const sim::PictureCamera picture = pictureOf(make.name, camera.id, camera.width, camera.height);
     std::atomic<int> torn{0}, delivered{0};
     const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(1000);
     auto pull = [&] {
@@ -233,7 +235,7 @@ TEST_P(MakeTest, TwoThreadsPullingFramesEachGetWholeFrames) {
                 ++torn;
                 continue;
             }
-            const Image expected = expectedImage(make, camera, kGeometries[0], seed,
+            const Image expected = expectedImage(make, camera, kGeometries[0], picture,
                                                  static_cast<unsigned>(image.frameNumber));
             if (!std::equal(expected.pixels.begin(), expected.pixels.end(), buffer.begin())) ++torn;
             ++delivered;
