@@ -118,6 +118,31 @@ TEST_F(LoggerTest, ALinkOrFifoInTheLogsPlaceIsNotAttached) {
     }
 }
 
+TEST_F(LoggerTest, AFloodOfOneLineIsCutToTenAndACount) {
+    LogCapture capture;
+    for (int i = 0; i < 10000; ++i) logger().log(LogLevel::Error, "Camera not streaming: cam");
+    logger().log(LogLevel::Info, "Reconnecting");
+    for (int i = 0; i < 3; ++i) logger().log(LogLevel::Info, "same three");
+    std::vector<LogEntry> expected(10, {"ERROR", "Camera not streaming: cam"});
+    expected.push_back({"ERROR", "Last message repeated 9990 more times"});
+    expected.push_back({"INFO", "Reconnecting"});
+    expected.insert(expected.end(), 3, {"INFO", "same three"});  // ordinary repeats stay
+    EXPECT_EQ(capture.entries(), expected);
+}
+
+TEST_F(LoggerTest, AnOldLogOnOneEndlessLineIsTrimmedToo) {
+    TempDir directory;
+    const std::string path = directory.file("CameraLog.txt");
+    writeFile(path, std::string(20 * 1024 * 1024, 'x') + "\nlast old line\n");
+    logger().setLogFile(path);
+    logger().log(LogLevel::Info, "new");
+    telvarra::test::detachLogger();
+    const auto lines = readLines(path);
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_EQ(lines[0], "last old line");
+    EXPECT_LT(std::filesystem::file_size(path), 1024u);
+}
+
 TEST_F(LoggerTest, DropsLinesBelowTheMinimumLevel) {
     LogCapture capture;
     logger().setLogLevel(LogLevel::Warning);
