@@ -97,6 +97,71 @@ std::string fixedRate(double value) {
     return text;
 }
 
+// What a grab's mirror, turn and zoom settings do to the picture, in words, with the corner the
+// virtual cameras' "F" mark ends up in, so that a person can check a saved picture at a glance.
+std::string describeGeometry(const GrabOptions& grab, const Make* make) {
+    bool leftRight = false;
+    bool topBottom = false;
+    int turns = 0;
+    int zoom = 0;
+    for (const auto& [control, value] : grab.settings) {
+        const std::string name = control->name;
+        if (name == "hmirror") leftRight = value != 0;
+        if (name == "vmirror") topBottom = value != 0;
+        if (name == "rotate") turns = value % 4;
+        if (name == "zoom") zoom = value;
+    }
+    const bool anticlockwise = make && make->turnsAnticlockwise;
+    const std::string direction = anticlockwise ? " anticlockwise" : " clockwise";
+
+    std::vector<std::string> parts;
+    if (leftRight && topBottom)
+        parts.push_back("mirrored left-right and top-bottom");
+    else if (leftRight)
+        parts.push_back("mirrored left-right");
+    else if (topBottom)
+        parts.push_back("mirrored top-bottom");
+    if (turns == 1) parts.push_back("turned a quarter" + direction);
+    if (turns == 2) parts.push_back("turned half round");
+    if (turns == 3) parts.push_back("turned three quarters" + direction);
+    if (zoom > 0) {
+        parts.push_back("zoomed in " + std::string(zoom == 1 ? "one step" : "two steps") +
+                        " to the centre");
+    }
+    std::string text;
+    for (const std::string& part : parts) text += (text.empty() ? "" : ", ") + part;
+    if (text.empty()) text = "upright, not mirrored or turned";
+    // The zoom window is the centre: the mark is not in it.
+    if (zoom > 0) return text;
+
+    // The mark's corner, 0 left or top and 1 right or bottom, through the mirrors and then the
+    // turn, in the order the library applies them.
+    int x = leftRight ? 1 : 0;
+    int y = topBottom ? 1 : 0;
+    for (int turn = 0; turn < turns; ++turn) {
+        const int oldX = x;
+        if (anticlockwise) {
+            x = y;
+            y = 1 - oldX;
+        } else {
+            x = 1 - y;
+            y = oldX;
+        }
+    }
+    return text + "; the F mark in the " + (y ? "bottom" : "top") + "-" + (x ? "right" : "left") +
+           " corner";
+}
+
+// Consecutive pictures of consecutive frames, described on one line.
+struct PictureRun {
+    int firstIndex = 0;
+    int lastIndex = 0;
+    std::string firstName;
+    std::string lastName;
+    int32_t firstFrame = 0;
+    int32_t lastFrame = 0;
+};
+
 }  // namespace
 
 int runList(const CommonOptions& common, std::ostream& out) {
@@ -204,8 +269,12 @@ int runInfo(const CommonOptions& common, const std::string& id, std::ostream& ou
 int runGrab(const CommonOptions& common, const GrabOptions& grab, std::ostream& out,
             std::ostream& err) {
     Session session(common.verbosity);
-    session.open(grab.id, common.type);
+    const DeviceInfo device = session.open(grab.id, common.type);
     CameraPublicInterface& library = session.library();
+    // What the virtual cameras write into their pictures: the serial number, the make.
+    const std::string serial = recordText(device.serialNumber);
+    const std::string shownId = serial.empty() ? grab.id : serial;
+    const std::string geometry = describeGeometry(grab, makeOfType(device.cameraType));
 
     if (!grab.settings.empty()) {
         std::string applied;
@@ -246,6 +315,7 @@ int runGrab(const CommonOptions& common, const GrabOptions& grab, std::ostream& 
     std::string firstName;
     std::string lastName;
     std::string shape;  // of the last frame written
+    std::vector<PictureRun> runs;
     {
         ProgressBar progress(err, standardErrorIsTerminal(), grab.id, grab.count);
         for (int index = 1; index <= grab.count; ++index) {
@@ -262,6 +332,15 @@ int runGrab(const CommonOptions& common, const GrabOptions& grab, std::ostream& 
                 failedInARow = 0;
                 if (firstName.empty()) firstName = name;
                 lastName = name;
+                if (runs.empty() || runs.back().lastIndex != index - 1 ||
+                    int64_t{runs.back().lastFrame} + 1 != frame.frameNumber) {
+                    runs.push_back(
+                        {index, index, name, name, frame.frameNumber, frame.frameNumber});
+                } else {
+                    runs.back().lastIndex = index;
+                    runs.back().lastName = name;
+                    runs.back().lastFrame = frame.frameNumber;
+                }
             }
             if (!problem.empty()) {
                 ++failed;
@@ -281,7 +360,21 @@ int runGrab(const CommonOptions& common, const GrabOptions& grab, std::ostream& 
     if (written > 1) files = " (" + firstName + " .. " + lastName + ")";
     out << grab.id << ": " << written << (written == 1 ? " frame" : " frames") << shape
         << " written to " << directory.string() << files << ", " << failed << " failed, "
-        << fixedRate(rate(written)) << " frames/s" << std::endl;
+        << fixedRate(rate(written)) << " frames/s" << '\n';
+    // After the progress bar has ended its line.
+    for (const PictureRun& run : runs) {
+        out << "  ";
+        if (run.firstIndex == run.lastIndex) {
+            out << run.firstName << " shows " << shownId << " (" << makeName(device.cameraType)
+                << ") frame " << run.firstFrame;
+        } else {
+            out << run.firstName << " .. " << run.lastName << " show " << shownId << " ("
+                << makeName(device.cameraType) << ") frames " << run.firstFrame << " .. "
+                << run.lastFrame;
+        }
+        out << ", " << geometry << '\n';
+    }
+    out << std::flush;
     if (failed > 0) err << "telvarra: last failure: " << lastError << '\n';
     return written == grab.count ? kExitOk : kExitFailed;
 }

@@ -17,10 +17,13 @@ struct Make {
     // A colour camera of the make reports RGB while its device still delivers BGR, until RGB is
     // asked for (MindVision's image processor starts in BGR).
     bool rgbOnlyWhenAsked = false;
+    // Its SDK turns frames anticlockwise (MindVision's does the turn on the device); the library
+    // turns the other makes' frames clockwise.
+    bool turnsAnticlockwise = false;
 };
 
 constexpr Make kMakes[] = {
-    {RUVO_CAMERA_MINDVISION, "MindVision", "mindvision", true},
+    {RUVO_CAMERA_MINDVISION, "MindVision", "mindvision", true, true},
     {RUVO_CAMERA_HIKVISION, "HikVision", "hikvision"},
     {RUVO_CAMERA_DVP, "Dvp", "dvp"},
     {RUVO_CAMERA_DAHENG, "DaHeng", "daheng"},

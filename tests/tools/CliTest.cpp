@@ -181,6 +181,10 @@ TEST_F(CliTest, GrabWritesCountPicturesOfSuccessiveFrames) {
     EXPECT_TRUE(contains(run.out, "TCOL01: 3 frames of 800 x 600 colour written to "));
     EXPECT_TRUE(contains(run.out, ", 0 failed, "));
     EXPECT_TRUE(contains(run.out, " frames/s"));
+    EXPECT_TRUE(contains(run.out,
+                         "\n  TCOL01-0001.png .. TCOL01-0003.png show TCOL01 (HikVision) "
+                         "frames 1 .. 3, upright, not mirrored or turned; the F mark in "
+                         "the top-left corner\n"));
     EXPECT_EQ(run.err, "") << "no progress bar when standard error is a file";
 }
 
@@ -204,12 +208,14 @@ TEST_F(CliTest, GrabReportsTheControlsAsTheCameraReadsThemBack) {
 }
 
 // The frame options reach the camera: one alone, a two-way mirror, and every option at once,
-// against the pattern transformed on its own here. The geometry itself is the suite's to check.
+// against the pattern transformed on its own here, and the program says what the pictures show.
+// The geometry itself is the suite's to check.
 struct OptionCase {
     const char* name;
     const char* camera;
     std::vector<std::string> options;
     std::function<Image(std::uint32_t frame)> expected;
+    const char* shown;
 };
 
 void PrintTo(const OptionCase& option, std::ostream* out) { *out << option.name; }
@@ -226,17 +232,26 @@ TEST_P(GrabOptionTest, ChangesTheSavedPicturesAsTheOptionSays) {
         expectPicture(std::string(option.camera) + "-000" + std::to_string(frame) + ".png",
                       option.expected(frame));
     }
+    EXPECT_TRUE(contains(run.out, std::string(" show ") + option.camera +
+                                      " (HikVision) frames 1 .. 2, " + option.shown + "\n"));
 }
 
 const OptionCase kOptionCases[] = {
     {"FormatMono8",
      "TCOL01",
      {"--format", "mono8"},
-     [](std::uint32_t f) { return frameAs("TCOL01", PixelFormat::Mono8, f); }},
+     [](std::uint32_t f) { return frameAs("TCOL01", PixelFormat::Mono8, f); },
+     "upright, not mirrored or turned; the F mark in the top-left corner"},
     {"MirrorHV",
      "TMON01",
      {"--mirror", "hv"},
-     [](std::uint32_t f) { return mirroredTopBottom(mirroredLeftRight(plainFrame("TMON01", f))); }},
+     [](std::uint32_t f) { return mirroredTopBottom(mirroredLeftRight(plainFrame("TMON01", f))); },
+     "mirrored left-right and top-bottom; the F mark in the bottom-right corner"},
+    {"RotateThree",
+     "TMON01",
+     {"--rotate", "3"},
+     [](std::uint32_t f) { return turnedClockwise(plainFrame("TMON01", f), 3); },
+     "turned three quarters clockwise; the F mark in the bottom-left corner"},
     // Mirror, then turn, then zoom into the turned frame.
     {"MirrorRotateZoomFormat",
      "TCOL01",
@@ -244,7 +259,8 @@ const OptionCase kOptionCases[] = {
      [](std::uint32_t f) {
          return zoomed(
              turnedClockwise(mirroredLeftRight(frameAs("TCOL01", PixelFormat::Bgr8, f)), 1), 2);
-     }},
+     },
+     "mirrored left-right, turned a quarter clockwise, zoomed in two steps to the centre"},
 };
 
 INSTANTIATE_TEST_SUITE_P(Options, GrabOptionTest, ::testing::ValuesIn(kOptionCases),

@@ -46,7 +46,7 @@ Image savedFrame(const DemoCamera& camera, std::uint32_t frame) {
                                : cameraFrame(picture, camera.sensor, frame);
 }
 
-TEST(DemoTest, SavesEveryDefaultCameraFramesAsPicturesOfThePattern) {
+TEST(DemoTest, SavesEveryDefaultCameraFramesAsPicturesOfThePatternAndSaysWhatTheyShow) {
     TempDir scratch;
     const std::string output = scratch.file("pictures");
     ScopedEnvironment where("TELVARRA_DEMO_OUTPUT", output);
@@ -60,10 +60,19 @@ TEST(DemoTest, SavesEveryDefaultCameraFramesAsPicturesOfThePattern) {
             expectPicture(output + "/" + id + "-000" + std::to_string(frame) + ".png",
                           savedFrame(camera, frame));
         }
+        const std::string shown = "  " + id + "-0001.png .. " + id + "-0003.png show " + id + " (" +
+                                  camera.make + ") frames 1 .. 3, upright";
+        EXPECT_NE(run.out.find(shown), std::string::npos) << shown << "\n" << run.out;
     }
-    // The first camera listed, turned by its device: a MindVision quarter turn is anticlockwise.
+    // The first camera listed, turned by its device: a MindVision quarter turn is anticlockwise,
+    // which brings the mirrored mark back to the top-left corner.
     expectPicture(output + "/turned/MV0001-0001.png",
                   turnedCounterClockwise(mirroredLeftRight(savedFrame(kCameras[0], 1)), 1));
+    EXPECT_NE(run.out.find("  MV0001-0001.png shows MV0001 (MindVision) frame 1, mirrored "
+                           "left-right, turned a quarter anticlockwise; the F mark in the "
+                           "top-left corner\n"),
+              std::string::npos)
+        << run.out;
 }
 
 }  // namespace
