@@ -26,7 +26,8 @@
  * Default property descriptions (the body's lists) and current values:
  * - Tv (0x406): 55 codes rising by 3, 2, 3 in turn from 0x10 (0x10, 0x13, 0x15, 0x18, 0x1B,
  *   0x1D, 0x20, ...) up to 0xA0; current 0x60, element 30 of the list (shutter index 14).
- * - Av (0x405): 20 codes the same way from 0x08 (0x08, 0x0B, 0x0D, 0x10, ...) up to 0x3B; current 0x20, element 9.
+ * - Av (0x405): 20 codes the same way from 0x08 (0x08, 0x0B, 0x0D, 0x10, ...) up to 0x3B;
+ *   current 0x20, element 9.
  * - ISO (0x402): 14 codes, 0x00 (auto) then the same way from 0x48 up to 0x68; current 0x48,
  *   element 1.
  * - SaveTo (0x0B): 1 (the card); Evf_OutputDevice (0x500): 1 (the body's screen); Evf_Mode
