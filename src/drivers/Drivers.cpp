@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "core/StandardDrivers.h"
+#include "drivers/canon/CanonDriver.h"
 #include "drivers/daheng/DaHengDriver.h"
 #include "drivers/dvp/DvpDriver.h"
 #include "drivers/hikvision/HikVisionDriver.h"
@@ -25,6 +26,7 @@ void registerStandardDrivers() {
     registerDriver<hikvision::HikVisionDriver>(RUVO_CAMERA_HIKVISION);
     registerDriver<dvp::DvpDriver>(RUVO_CAMERA_DVP);
     registerDriver<daheng::DaHengDriver>(RUVO_CAMERA_DAHENG);
+    registerDriver<canon::CanonDriver>(RUVO_CAMERA_CANON);
 }
 
 }  // namespace telvarra
