@@ -1,5 +1,7 @@
 #include "support/Pictures.h"
 
+#include <cstdlib>
+
 #include <cstring>
 #include <utility>
 
@@ -92,12 +94,21 @@ Image zoomed(const Image& image, int level) {
     return out;
 }
 
-std::string difference(const Image& actual, const Image& expected) {
+std::string difference(const Image& actual, const Image& expected, double meanTolerance) {
     if (actual.width != expected.width || actual.height != expected.height ||
         actual.channels != expected.channels) {
         return "shape " + std::to_string(actual.width) + "x" + std::to_string(actual.height) + "x" +
                std::to_string(actual.channels) + ", expected " + std::to_string(expected.width) +
                "x" + std::to_string(expected.height) + "x" + std::to_string(expected.channels);
+    }
+    if (meanTolerance > 0) {
+        double total = 0;
+        for (std::size_t i = 0; i < actual.pixels.size(); ++i)
+            total += std::abs(int(actual.pixels[i]) - int(expected.pixels[i]));
+        const double mean = actual.pixels.empty() ? 0 : total / double(actual.pixels.size());
+        if (mean <= meanTolerance) return "";
+        return "samples differ by " + std::to_string(mean) + " on average, more than " +
+               std::to_string(meanTolerance);
     }
     for (std::size_t i = 0; i < actual.pixels.size(); ++i) {
         if (actual.pixels[i] == expected.pixels[i]) continue;

@@ -43,8 +43,11 @@ Image turnedCounterClockwise(const Image& image, int quarterTurns);
 // frame's proportions make it.
 Image zoomed(const Image& image, int level);
 
-// Empty when the two are the same picture; otherwise what differs first.
-std::string difference(const Image& actual, const Image& expected);
+// Empty when the two are the same picture; otherwise what differs first. With a tolerance, the
+// same shape with samples that differ by at most `meanTolerance` on average is the same picture:
+// what a JPEG file's compression leaves of it, while a wrong mirror, turn or frame differs by
+// tens of levels.
+std::string difference(const Image& actual, const Image& expected, double meanTolerance = 0);
 
 }  // namespace telvarra::test
 

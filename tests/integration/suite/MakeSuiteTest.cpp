@@ -94,7 +94,7 @@ TEST_P(MakeTest, RotationIsClampedAndUnsupportedValuesAnswerWithoutTouchingTheir
     EXPECT_TRUE(facade->getCameraParameter(id, "Anything", &text));
     EXPECT_STREQ(text, "100");
     _RUVO_INT_VALUE untouched{5, 6, 7, 8};
-    EXPECT_TRUE(facade->getCameraIntValue(id, "Width", &untouched));
+    EXPECT_EQ(facade->getCameraIntValue(id, "Width", &untouched), make.lackingTypedValuesAnswer);
     EXPECT_EQ(untouched.current, 5);
 }
 
@@ -213,7 +213,7 @@ TEST_P(MakeTest, FramesOnOneAndThreeChannelsMatchThePatternUnderEveryGeometry) {
                 ASSERT_EQ(image.dataSize, static_cast<int32_t>(expected.pixels.size()));
                 const Image delivered{image.width, image.height, image.channels,
                                       Bytes(image.data, image.data + image.dataSize)};
-                EXPECT_EQ(difference(delivered, expected), "")
+                EXPECT_EQ(difference(delivered, expected, make.jpegTolerance), "")
                     << (intoCallerBuffer ? "caller's buffer" : "camera's buffer");
             }
         }
@@ -237,7 +237,9 @@ TEST_P(MakeTest, TwoThreadsPullingFramesEachGetWholeFrames) {
             }
             const Image expected = expectedImage(make, camera, kGeometries[0], picture,
                                                  static_cast<unsigned>(image.frameNumber));
-            if (!std::equal(expected.pixels.begin(), expected.pixels.end(), buffer.begin())) ++torn;
+            const Image delivered{image.width, image.height, image.channels,
+                                  Bytes(buffer.begin(), buffer.begin() + image.dataSize)};
+            if (!difference(delivered, expected, make.jpegTolerance).empty()) ++torn;
             ++delivered;
         }
     };

@@ -68,6 +68,11 @@ struct MakeTraits {
     bool deviceGeometry = false;
     // The digital zoom commands; Dvp cameras have none.
     bool zooms = true;
+    // Frames that come as JPEG files (Canon's live view) match the pattern within this mean
+    // difference per sample; 0: exactly.
+    double jpegTolerance = 0;
+    // What the typed values a make lacks answer: true everywhere but on Canon.
+    bool lackingTypedValuesAnswer = true;
 };
 
 const std::vector<MakeTraits>& allMakes();

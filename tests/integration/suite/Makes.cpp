@@ -1,4 +1,5 @@
 // One entry per make for the shared integration suite.
+#include "sim/canon/CanonSimControl.h"
 #include "sim/daheng/DahSimControl.h"
 #include "sim/dvp/DvpSimControl.h"
 #include "sim/hikvision/HikSimControl.h"
@@ -111,10 +112,41 @@ MakeTraits dvp() {
     return make;
 }
 
+constexpr int kCanonDeviceBusy = 0x81;  // EDS_ERR_DEVICE_BUSY
+
+MakeTraits canon() {
+    // Bodies are colour only: the first camera is one too. Live view comes as JPEG files.
+    MakeTraits make{"Canon",
+                    RUVO_CAMERA_CANON,
+                    TELVARRA_SIMULATOR_CONTROL(CanonSim),
+                    kCanonDeviceBusy,
+                    RUVO_STATUS_ACQUIRING,
+                    {"id=EOS1FIRST size=661x487", "EOS1FIRST", sim::PixelFormat::Rgb8, 661, 487},
+                    {"id=EOS2SECOND size=661x487", "EOS2SECOND", sim::PixelFormat::Rgb8, 661, 487},
+                    // The manager's listing opens a session on both bodies first; the camera's
+                    // own listing the next two, reading the serial numbers again.
+                    {{"EdsGetCameraList", 2},
+                     {"EdsGetChildAtIndex", 3},
+                     {"EdsOpenSession", 3},
+                     {"EdsGetPropertyData", 3},
+                     {"EdsOpenSession", 5},
+                     {"EdsSetPropertyEventHandler", 1},
+                     {"EdsSetObjectEventHandler", 1},
+                     {"EdsSetCameraStateEventHandler", 1},
+                     {"EdsSetPropertyData", 1},
+                     {"EdsSetCapacity", 1},
+                     {"EdsGetPropertyDesc", 1},
+                     {"EdsGetPropertyDesc", 3}}};
+    make.jpegTolerance = 4;
+    make.lackingTypedValuesAnswer = false;
+    return make;
+}
+
 }  // namespace
 
 const std::vector<MakeTraits>& allMakes() {
-    static const std::vector<MakeTraits> makes = {hikVision(), daHeng(), mindVision(), dvp()};
+    static const std::vector<MakeTraits> makes = {hikVision(), daHeng(), mindVision(), dvp(),
+                                                  canon()};
     return makes;
 }
 
