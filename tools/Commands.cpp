@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <iomanip>
 #include <system_error>
+#include <thread>
 
 #include "CliError.h"
 #include "PngWriter.h"
@@ -266,6 +267,42 @@ int runInfo(const CommonOptions& common, const std::string& id, std::ostream& ou
     return exitCode;
 }
 
+namespace {
+
+// How long a still may take to reach the host after the shutter was pressed.
+constexpr std::chrono::seconds kStillWait{10};
+
+// What the frame callback received: stills only, never live view.
+struct StillCatcher {
+    bool arrived = false;
+    std::string file;
+    std::string problem;
+    ImageData frame{};
+    static void receive(const ImageData& frame, void* user) {
+        auto& catcher = *static_cast<StillCatcher*>(user);
+        catcher.arrived = true;
+        catcher.frame = frame;
+        writePng(catcher.file, frame, catcher.problem);
+    }
+};
+
+fs::path outputFolder(const std::string& name) {
+    fs::path directory = fs::absolute(fs::path(name)).lexically_normal();
+    // "." normalises to a trailing separator: print the folder by its name.
+    if (directory.filename().empty() && directory.has_relative_path()) {
+        directory = directory.parent_path();
+    }
+    std::error_code error;
+    fs::create_directories(directory, error);
+    if (error || !fs::is_directory(directory)) {
+        throw CliError(kExitFailed, "cannot create the folder " + directory.string() + ": " +
+                                        (error ? error.message() : "not a folder"));
+    }
+    return directory;
+}
+
+}  // namespace
+
 int runGrab(const CommonOptions& common, const GrabOptions& grab, std::ostream& out,
             std::ostream& err) {
     Session session(common.verbosity);
@@ -285,17 +322,7 @@ int runGrab(const CommonOptions& common, const GrabOptions& grab, std::ostream& 
         out << grab.id << ": " << applied << '\n' << std::flush;
     }
 
-    fs::path directory = fs::absolute(fs::path(grab.outputDirectory)).lexically_normal();
-    // "." normalises to a trailing separator: print the folder by its name.
-    if (directory.filename().empty() && directory.has_relative_path()) {
-        directory = directory.parent_path();
-    }
-    std::error_code error;
-    fs::create_directories(directory, error);
-    if (error || !fs::is_directory(directory)) {
-        throw CliError(kExitFailed, "cannot create the folder " + directory.string() + ": " +
-                                        (error ? error.message() : "not a folder"));
-    }
+    const fs::path directory = outputFolder(grab.outputDirectory);
     if (!library.startCapture(session.id())) {
         throw CliError(kExitFailed, "camera '" + grab.id + "' would not start capturing");
     }
@@ -377,6 +404,42 @@ int runGrab(const CommonOptions& common, const GrabOptions& grab, std::ostream& 
     out << std::flush;
     if (failed > 0) err << "telvarra: last failure: " << lastError << '\n';
     return written == grab.count ? kExitOk : kExitFailed;
+}
+
+int runStill(const CommonOptions& common, const StillOptions& still, std::ostream& out) {
+    Session session(common.verbosity);
+    const DeviceInfo device = session.open(still.id, common.type);
+    if (device.cameraType != RUVO_CAMERA_CANON) {
+        throw CliError(kExitUsage, "camera '" + still.id + "' has no shutter button to press: " +
+                                       "stills are Canon bodies' only");
+    }
+    CameraPublicInterface& library = session.library();
+    const fs::path file =
+        outputFolder(still.outputDirectory) / (fileNameSafe(still.id) + "-still.png");
+    StillCatcher catcher;
+    catcher.file = file.string();
+    library.registerFrameCallback(session.id(), StillCatcher::receive, &catcher);
+    const char* command = still.autofocus ? "sendCommandGrabFrame_1" : "sendCommandGrabFrame_0";
+    if (!library.setCameraStringValue(session.id(), command, "")) {
+        throw CliError(kExitFailed, "camera '" + still.id + "' refused the shutter button");
+    }
+    // The body's events arrive while the program talks to the camera: asking whether it is
+    // still connected is enough.
+    const auto deadline = std::chrono::steady_clock::now() + kStillWait;
+    while (!catcher.arrived && std::chrono::steady_clock::now() < deadline &&
+           library.isCameraConnected(session.id())) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    library.unregisterFrameCallback(session.id());
+    if (!catcher.arrived) {
+        throw CliError(kExitFailed, "camera '" + still.id + "' sent no still within " +
+                                        std::to_string(kStillWait.count()) + " s");
+    }
+    if (!catcher.problem.empty()) throw CliError(kExitFailed, catcher.problem);
+    out << file.filename().string() << ": still of "
+        << sizeText(catcher.frame.width, catcher.frame.height) << " colour written to "
+        << file.parent_path().string() << std::endl;
+    return kExitOk;
 }
 
 int runGet(const CommonOptions& common, const std::string& id, const std::string& name,

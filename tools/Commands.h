@@ -26,10 +26,18 @@ struct GrabOptions {
     std::vector<std::pair<const Control*, int>> settings;
 };
 
+struct StillOptions {
+    std::string id;
+    std::string outputDirectory = ".";
+    bool autofocus = false;
+};
+
 int runList(const CommonOptions& common, std::ostream& out);
 int runInfo(const CommonOptions& common, const std::string& id, std::ostream& out);
 int runGrab(const CommonOptions& common, const GrabOptions& grab, std::ostream& out,
             std::ostream& err);
+// Presses a Canon body's shutter button and saves the still it sends as ID-still.png.
+int runStill(const CommonOptions& common, const StillOptions& still, std::ostream& out);
 // A fixed control by its name (see Controls.h); any other name is the camera's text parameter.
 int runGet(const CommonOptions& common, const std::string& id, const std::string& name,
            std::ostream& out);

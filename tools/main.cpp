@@ -39,6 +39,7 @@ struct Arguments {
     CommonOptions common;
     int typeKey = 0;
     GrabOptions grab;
+    StillOptions still;
     std::string format, mirror, autoExposure;
     int rotate = 0, zoom = 0, gain = 0, exposure = 0, brightness = 0;
     std::string id, control, value;
@@ -149,6 +150,19 @@ int main(int argc, char** argv) {
                             "replaced.\n\n") +
                 kExitCodes);
 
+    CLI::App& still = *app.add_subcommand(
+        "still", "Press a Canon body's shutter button and save its still as a PNG file");
+    addIdArgument(still, arguments);
+    addCommonOptions(still, arguments);
+    still
+        .add_option("-o,--output", arguments.still.outputDirectory,
+                    "Folder for the PNG file (created when missing)")
+        ->capture_default_str();
+    still.add_flag("--autofocus", arguments.still.autofocus, "Focus before the picture is taken");
+    still.footer(std::string("The file is named ID-still.png; the body's own JPEG file is also "
+                             "kept beside the library as Canon__ID.jpg.\n\n") +
+                 kExitCodes);
+
     CLI::App& get = *app.add_subcommand("get", "Print the current value of a control");
     addIdArgument(get, arguments);
     get.add_option("CONTROL", arguments.control, "Control or text parameter name")->required();
@@ -168,13 +182,14 @@ int main(int argc, char** argv) {
     // CLI11 would call a stray word a missing subcommand; name it for what it is.
     if (argc > 1 && argv[1][0] != '-') {
         bool known = false;
-        for (CLI::App* command : {&list, &info, &grab, &get, &set}) {
+        for (CLI::App* command : {&list, &info, &grab, &still, &get, &set}) {
             known = known || command->check_name(argv[1]);
         }
         if (!known) {
-            std::cerr << "telvarra: error: unknown command '" << argv[1]
-                      << "' (commands: list, info, grab, get, set)\nRun 'telvarra --help' for "
-                         "more information.\n";
+            std::cerr
+                << "telvarra: error: unknown command '" << argv[1]
+                << "' (commands: list, info, grab, still, get, set)\nRun 'telvarra --help' for "
+                   "more information.\n";
             return kExitUsage;
         }
     }
@@ -194,6 +209,10 @@ int main(int argc, char** argv) {
             arguments.grab.id = arguments.id;
             collectGrabSettings(arguments, grab);
             return runGrab(arguments.common, arguments.grab, std::cout, std::cerr);
+        }
+        if (still) {
+            arguments.still.id = arguments.id;
+            return runStill(arguments.common, arguments.still, std::cout);
         }
         if (get) return runGet(arguments.common, arguments.id, arguments.control, std::cout);
         if (set) {

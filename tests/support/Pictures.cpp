@@ -1,7 +1,6 @@
 #include "support/Pictures.h"
 
 #include <cstdlib>
-
 #include <cstring>
 #include <utility>
 

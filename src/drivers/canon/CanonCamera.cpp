@@ -132,8 +132,7 @@ void CanonCamera::readCurrentCode(ExposureSetting& setting) {
     m_eds.EdsGetPropertySize(m_camera.get(), property, 0, &type, &size);
     // Read as the 4 bytes the code is, whatever size came back: a larger one would be written
     // past the code.
-    m_eds.EdsGetPropertyData(m_camera.get(), property, 0, sizeof(EdsInt32),
-                             &setting.currentCode());
+    m_eds.EdsGetPropertyData(m_camera.get(), property, 0, sizeof(EdsInt32), &setting.currentCode());
 }
 
 bool CanonCamera::closeDevice() {
@@ -162,8 +161,8 @@ bool CanonCamera::isConnected() {
 
 bool CanonCamera::setLiveViewToHost(bool on) {
     EdsUInt32 outputs = 0;
-    if (!ok(m_eds.EdsGetPropertyData(m_camera.get(), kEdsPropID_Evf_OutputDevice, 0,
-                                     sizeof outputs, &outputs)))
+    if (!ok(m_eds.EdsGetPropertyData(m_camera.get(), kEdsPropID_Evf_OutputDevice, 0, sizeof outputs,
+                                     &outputs)))
         return false;
     outputs = on ? outputs | kEdsEvfOutputDevice_PC : outputs & ~kEdsEvfOutputDevice_PC;
     return ok(m_eds.EdsSetPropertyData(m_camera.get(), kEdsPropID_Evf_OutputDevice, 0,
@@ -435,8 +434,8 @@ bool CanonCamera::getEnumValue(const char* name, _RUVO_ENUM_VALUE* value) {
 
 bool CanonCamera::setEnumValue(const char* name, int64_t index) {
     std::lock_guard<QCriticalSection> guard(m_frameLock);
-    logInfo(std::string("Setting parameter ") + (name ? name : "") + " on Canon camera:" +
-            m_cameraId);
+    logInfo(std::string("Setting parameter ") + (name ? name : "") +
+            " on Canon camera:" + m_cameraId);
     ExposureSetting* setting = settingNamed(name, true);
     if (!setting || !m_camera || index < 0 || index > std::numeric_limits<uint32_t>::max())
         return false;

@@ -97,8 +97,7 @@ class CanonCamera final : public CameraBase {
     static vendor::canon::EdsError onObjectEvent(vendor::canon::EdsUInt32 event,
                                                  vendor::canon::EdsBaseRef item, void* context);
     static vendor::canon::EdsError onStateEvent(vendor::canon::EdsUInt32 event,
-                                                vendor::canon::EdsUInt32 eventData,
-                                                void* context);
+                                                vendor::canon::EdsUInt32 eventData, void* context);
 
     const CanonFunctions& m_eds;
     CanonObject m_camera;  // the body, one reference held while the camera is open

@@ -5,7 +5,7 @@
 namespace telvarra::canon {
 
 static_assert(16 + 22 <= sizeof(vendor::canon::EdsPropertyDesc::propDesc) /
-                            sizeof(vendor::canon::EdsInt32) &&
+                             sizeof(vendor::canon::EdsInt32) &&
                   22 <= RUVO_MAX_ENUM_ENTRIES,
               "every window lies inside the body's list and fits a host's record");
 

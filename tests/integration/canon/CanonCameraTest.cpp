@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
+#include "platform/Paths.h"
 #include "sim/canon/CanonSimControl.h"
 #include "suite/MakeFixture.h"
-#include "platform/Paths.h"
 #include "support/Pictures.h"
 #include "telvarra/CameraFactory.h"
 
