@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "drivers/canon/CanonBinding.h"
 #include "platform/Paths.h"
 #include "sim/canon/CanonSimControl.h"
 #include "suite/MakeFixture.h"
@@ -55,6 +56,10 @@ struct Stills {
 class CanonTest : public MakeFixtureTest {
   protected:
     CanonTest() : MakeFixtureTest(kCanonSimulator, RUVO_CAMERA_CANON) {}
+    void TearDown() override {
+        MakeFixtureTest::TearDown();
+        canon::canonBinding().setSymbolLookup({});
+    }
 
     std::unique_ptr<_RUVO_DEVICE_INFO_LIST> listed(bool expected = true) {
         auto list = std::make_unique<_RUVO_DEVICE_INFO_LIST>();
@@ -316,6 +321,25 @@ TEST_F(CanonTest, LiveViewIsAskedAgainWhileNotReadyAndGivenUpAfterItsLimit) {
     EXPECT_EQ(CanonSim_IsGrabbing("LV1"), 0);
     EXPECT_EQ(facade->setImageFormat("LV1", RUVO_FORMAT_MONO8), false);
     EXPECT_TRUE(log.contains("ERROR", "Image format not supported: 0 for Canon camera: LV1"));
+}
+
+// Every one of the 54 names is required, those the library never calls too: the 2024 Linux
+// runtime, which lacks three of them, is refused whole.
+TEST_F(CanonTest, ARuntimeLackingAnyBoundNameIsRefused) {
+    for (const char* hidden : {"EdsGetEvent", "EdsSaveImage", "EdsInitializeSDK"}) {
+        SCOPED_TRACE(hidden);
+        facade->cleanup();
+        CanonSim_ClearCallCounts();
+        canon::canonBinding().setSymbolLookup(
+            [hidden](const platform::DynamicLibrary& library, const char* name) -> void* {
+                return std::string(name) == hidden ? nullptr : library.symbol(name);
+            });
+        EXPECT_FALSE(facade->initialize(RUVO_CAMERA_CANON));
+        EXPECT_FALSE(canon::canonBinding().isLoaded());
+        EXPECT_EQ(CanonSim_CallCount("EdsInitializeSDK"), 0u);
+    }
+    canon::canonBinding().setSymbolLookup({});
+    EXPECT_TRUE(facade->initialize(RUVO_CAMERA_CANON));
 }
 
 }  // namespace
