@@ -52,6 +52,11 @@ for id in $cameras; do
     "$telvarra" grab "$id" -n 3 -o . || status=1
     first=${first:-$id}
 done
+# Canon bodies take stills too: their shutter button pressed from here.
+for id in $("$telvarra" list | awk 'NR > 1 && NF == 0 { exit } NR > 1 && $2 == "Canon" { print $1 }'); do
+    echo "\$ telvarra still $id -o ."
+    "$telvarra" still "$id" -o . || status=1
+done
 echo "\$ telvarra grab $first --mirror h --rotate 1 -o turned"
 "$telvarra" grab "$first" --mirror h --rotate 1 -o turned || status=1
 
