@@ -57,7 +57,15 @@ std::string executableDirectory() {
 std::string moduleDirectory() {
     Dl_info info{};
     if (!dladdr(reinterpret_cast<void*>(&moduleDirectory), &info) || !info.dli_fname) return {};
-    return directoryPart(info.dli_fname, "/");
+    const std::string name = info.dli_fname;
+    // A program linking this code is named as it was started, perhaps relative to a folder it
+    // has left since: its own path is asked for instead.
+    if (name.empty() || name.front() != '/') {
+        const std::string program = executableDirectory();
+        const std::string fileName = name.substr(name.find_last_of('/') + 1);
+        if (!program.empty() && access((program + fileName).c_str(), F_OK) == 0) return program;
+    }
+    return directoryPart(name, "/");
 }
 
 #endif

@@ -8,6 +8,7 @@
 #include "platform/Clock.h"
 #include "platform/DynamicLibrary.h"
 #include "platform/Paths.h"
+#include "platform/Platform.h"
 #include "platform/QCriticalSection.h"
 
 using namespace telvarra::platform;
@@ -52,6 +53,35 @@ TEST(PathsTest, ExecutableDirectoryHoldsThisProgramAndEndsInASeparator) {
     EXPECT_TRUE(std::filesystem::exists(directory + TELVARRA_TEST_PROGRAM_NAME)) << directory;
     // Linked statically into this program, the module is the program itself.
     EXPECT_EQ(moduleDirectory(), directory);
+}
+
+// Where a library finds itself when its full path is as long as the system's 260-character
+// buffer for it: on Windows the name is cut there, so its folder is unknown and the Canon runtime
+// is then loaded by bare name; a path one shorter is whole. Other systems have no such limit.
+TEST(PathsTest, AModulePathFillingTheWholeBufferHasNoFolderOnWindows) {
+    namespace fs = std::filesystem;
+    const fs::path base = fs::temp_directory_path() / "telvarra-path";
+    const std::string fileName = fs::path(TELVARRA_PROBE_PATH).filename().string();
+    for (const std::size_t length : {259u, 260u}) {
+        SCOPED_TRACE(length);
+        const std::size_t used = (base.string() + "/x/" + fileName).size();
+        ASSERT_LT(used, length) << "the temporary folder's path is too long for this test";
+        const fs::path folder = base / std::string(length - used + 1, 'x');
+        const fs::path copy = folder / fileName;
+        ASSERT_EQ(copy.string().size(), length);
+        fs::create_directories(folder);
+        fs::copy_file(TELVARRA_PROBE_PATH, copy, fs::copy_options::overwrite_existing);
+        {
+            DynamicLibrary library;
+            ASSERT_TRUE(library.open(copy.string())) << library.lastError();
+            auto where = reinterpret_cast<const char* (*)()>(
+                library.symbol("telvarra_probe_module_directory"));
+            ASSERT_NE(where, nullptr);
+            const std::string expected = (folder / "").string();
+            EXPECT_EQ(where(), kIsWindows && length == 260 ? std::string() : expected);
+        }
+        fs::remove_all(base);
+    }
 }
 
 TEST(QCriticalSectionTest, IsRecursiveForItsOwnerAndExclusiveForOthers) {
