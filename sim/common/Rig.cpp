@@ -161,6 +161,9 @@ std::optional<DeviceDescription> parseRigLine(const std::string& line, std::stri
         return std::nullopt;
     }
     const auto& formats = device.supportedFormats;
+    // Canon bodies are colour cameras.
+    if (device.make == "canon" && !seen.count("format") && formats.empty())
+        device.format = PixelFormat::Rgb8;
     if (!formats.empty()) {
         if (!seen.count("format")) {
             device.format = formats.front();

@@ -17,7 +17,7 @@
 //   layer     transport, a word of the make (default: the make's own)
 //   size      WIDTHxHEIGHT, each 1..65535 (default 640x480)
 //   format    mono8 | rgb8 | bgr8 | bayer_gr8 | bayer_rg8 | bayer_gb8 | bayer_bg8: what the sensor
-//             delivers at power-up (default mono8, or the first of formats)
+//             delivers at power-up (default mono8, canon rgb8, or the first of formats)
 //   formats   comma-separated formats the device can switch to, holding format (default: by
 //             the sensor format, see defaultSupportedFormats)
 //   seed      test-pattern seed, 0..4294967295 (default: a hash of the id)

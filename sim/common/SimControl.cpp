@@ -57,15 +57,18 @@ unsigned int CallCount(SimulatorBase& simulator, const char* function) {
 
 void ClearCallCounts(SimulatorBase& simulator) { simulator.clearCallCounts(); }
 
-int LastArguments(SimulatorBase& simulator, const char* function, char* buffer, unsigned int size) {
-    const auto arguments = simulator.lastArguments(text(function));
-    if (!arguments) return -1;
+int copyText(const std::string& value, char* buffer, unsigned int size) {
     if (buffer && size > 0) {
-        const std::size_t length = std::min<std::size_t>(arguments->size(), size - 1);
-        std::memcpy(buffer, arguments->data(), length);
+        const std::size_t length = std::min<std::size_t>(value.size(), size - 1);
+        std::memcpy(buffer, value.data(), length);
         buffer[length] = '\0';
     }
-    return static_cast<int>(arguments->size());
+    return static_cast<int>(value.size());
+}
+
+int LastArguments(SimulatorBase& simulator, const char* function, char* buffer, unsigned int size) {
+    const auto arguments = simulator.lastArguments(text(function));
+    return arguments ? copyText(*arguments, buffer, size) : -1;
 }
 
 unsigned int OutstandingBuffers(SimulatorBase& simulator) {

@@ -17,6 +17,9 @@ namespace telvarra::sim::control {
 // A C text as the core takes it: a null pointer is the empty text.
 inline std::string text(const char* value) { return value ? value : ""; }
 inline int result(bool ok) { return ok ? 0 : -1; }
+// Copies at most size - 1 bytes of `value` and a terminator into `buffer` (when there is room for
+// one); returns the full length, as the control functions that hand out text do.
+int copyText(const std::string& value, char* buffer, unsigned int size);
 // -1 when there is no value; otherwise 0, with the value stored where `out` points (if anywhere).
 template <class T, class Out>
 int deliver(const std::optional<T>& value, Out* out) {

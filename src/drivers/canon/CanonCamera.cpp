@@ -73,6 +73,9 @@ bool CanonCamera::initialize() {
     _RUVO_IMAGE_FORMAT_LIST& formats = m_deviceInfo.supportedFormats;
     formats = _RUVO_IMAGE_FORMAT_LIST{};
     formats.formats[formats.count++] = RUVO_FORMAT_RGB8;
+    // The live view's size comes with its first picture; a body's is never under the zoom's
+    // minimum, so the zoom commands are taken from the start.
+    m_softwareFrames->setSensorSize(m_deviceInfo.maxWidth, m_deviceInfo.maxHeight);
     return true;
 }
 
@@ -193,6 +196,7 @@ bool CanonCamera::fetchFrame(ImageData& image) {
     serviceEvents();
     if (!m_sessionOpen || m_bodyGone) return liveViewError("no body");
     if (!pullLiveView()) return false;
+    m_softwareFrames->setSensorSize(m_picture.width, m_picture.height);
     describePicture(image);
     return true;
 }

@@ -37,8 +37,11 @@ using EdsEvfImageRef = EdsBaseRef;
 constexpr EdsError EDS_ERR_OK = 0x00;
 constexpr EdsError EDS_ERR_UNIMPLEMENTED = 0x01;
 constexpr EdsError EDS_ERR_INTERNAL_ERROR = 0x02;
+constexpr EdsError EDS_ERR_MEM_ALLOC_FAILED = 0x03;
 constexpr EdsError EDS_ERR_NOT_SUPPORTED = 0x07;
+constexpr EdsError EDS_ERR_PROTECTION_VIOLATION = 0x09;
 constexpr EdsError EDS_ERR_FILE_OPEN_ERROR = 0x23;
+constexpr EdsError EDS_ERR_FILE_WRITE_ERROR = 0x28;
 constexpr EdsError EDS_ERR_PROPERTIES_UNAVAILABLE = 0x50;
 constexpr EdsError EDS_ERR_INVALID_PARAMETER = 0x60;
 constexpr EdsError EDS_ERR_INVALID_HANDLE = 0x61;
@@ -47,6 +50,7 @@ constexpr EdsError EDS_ERR_INVALID_INDEX = 0x63;
 constexpr EdsError EDS_ERR_INVALID_LENGTH = 0x64;
 constexpr EdsError EDS_ERR_DEVICE_NOT_FOUND = 0x80;
 constexpr EdsError EDS_ERR_DEVICE_BUSY = 0x81;
+constexpr EdsError EDS_ERR_COMM_PORT_IS_IN_USE = 0xC0;
 constexpr EdsError EDS_ERR_COMM_DISCONNECTED = 0xC1;
 constexpr EdsError EDS_ERR_SESSION_NOT_OPEN = 0x2003;
 constexpr EdsError EDS_ERR_DEVICEPROP_NOT_SUPPORTED = 0x200A;
@@ -67,6 +71,7 @@ constexpr EdsUInt32 kEdsPropID_Evf_Mode = 0x501;
 
 constexpr EdsUInt32 kEdsSaveTo_Camera = 1;
 constexpr EdsUInt32 kEdsSaveTo_Host = 2;
+constexpr EdsUInt32 kEdsSaveTo_Both = 3;
 constexpr EdsUInt32 kEdsEvfOutputDevice_TFT = 1;
 constexpr EdsUInt32 kEdsEvfOutputDevice_PC = 2;
 
@@ -84,6 +89,7 @@ constexpr EdsInt32 kEdsCameraCommand_ShutterButton_Completely_NonAF = 0x10003;
 
 constexpr EdsUInt32 kEdsPropertyEvent_All = 0x100;
 constexpr EdsUInt32 kEdsPropertyEvent_PropertyChanged = 0x101;
+constexpr EdsUInt32 kEdsPropertyEvent_PropertyDescChanged = 0x102;
 constexpr EdsUInt32 kEdsObjectEvent_All = 0x200;
 constexpr EdsUInt32 kEdsObjectEvent_DirItemCreated = 0x204;
 constexpr EdsUInt32 kEdsObjectEvent_DirItemRequestTransfer = 0x208;
@@ -93,8 +99,10 @@ constexpr EdsUInt32 kEdsStateEvent_CaptureError = 0x305;
 
 // ---- Streams and images. ----
 
+constexpr EdsInt32 kEdsFileCreateDisposition_CreateNew = 0;
 constexpr EdsInt32 kEdsFileCreateDisposition_CreateAlways = 1;
 constexpr EdsInt32 kEdsAccess_Read = 0;
+constexpr EdsInt32 kEdsAccess_Write = 1;
 constexpr EdsInt32 kEdsAccess_ReadWrite = 2;
 constexpr EdsInt32 kEdsImageSrc_FullView = 0;
 
@@ -184,10 +192,12 @@ using EdsStateEventHandler = EdsError (*)(EdsUInt32 event, EdsUInt32 eventData, 
 // ---- The functions we call, with the vendor's signatures. ----
 //
 // X(return type, exported name, parameter list). The simulator declares these exports from this
-// list; the other bound names are only looked up.
+// list; the other bound names are only looked up. EdsRetain is never called but listed, as the
+// one besides EdsRelease that answers a count rather than an error.
 #define TELVARRA_CANON_FUNCTIONS(X)                                                              \
     X(EdsError, EdsInitializeSDK, ())                                                            \
     X(EdsError, EdsTerminateSDK, ())                                                             \
+    X(EdsUInt32, EdsRetain, (EdsBaseRef object))                                                 \
     X(EdsUInt32, EdsRelease, (EdsBaseRef object))                                                \
     X(EdsError, EdsGetChildCount, (EdsBaseRef parent, EdsUInt32 * count))                        \
     X(EdsError, EdsGetChildAtIndex, (EdsBaseRef parent, EdsInt32 index, EdsBaseRef * child))     \
@@ -242,7 +252,7 @@ struct CanonSignatures {
 #define TELVARRA_CANON_LOAD_LIST(CALLED, OTHER) \
     CALLED(EdsInitializeSDK) \
     CALLED(EdsTerminateSDK) \
-    OTHER(EdsRetain) \
+    CALLED(EdsRetain) \
     CALLED(EdsRelease) \
     CALLED(EdsGetChildCount) \
     CALLED(EdsGetChildAtIndex) \

@@ -106,11 +106,12 @@ TEST_F(CanonTest, DriverPrintsEveryBodyAndListsThoseWithASerialNumber) {
     EXPECT_EQ(CanonSim_IsOpen("EOS8"), 0);  // every session of the listing closed again
 }
 
-TEST_F(CanonTest, DriverWithoutBodiesLeavesTheListAndSaysWhyItStops) {
+TEST_F(CanonTest, DriverWithoutBodiesListsNoneAndSaysWhyItStops) {
     auto list = std::make_unique<_RUVO_DEVICE_INFO_LIST>();
     list->count = 7;
-    EXPECT_FALSE(facade->getAvailableCamerasByType(RUVO_CAMERA_CANON, list.get()));
-    EXPECT_EQ(list->count, 7u);
+    EXPECT_TRUE(facade->getAvailableCamerasByType(RUVO_CAMERA_CANON, list.get()));
+    EXPECT_EQ(list->count, 0u);
+    EXPECT_TRUE(log.contains("INFO", "Src Enumerated 0 Canon cameras"));
     EXPECT_TRUE(log.contains("INFO", "Enumerated 0 Canon cameras"));
     EXPECT_TRUE(log.contains("INFO", "Initializing Canon driver."));
 
@@ -263,7 +264,8 @@ TEST_F(CanonTest, AStillIsDownloadedBesideTheLibraryDecodedAndHandedToTheCallbac
     ASSERT_TRUE(facade->setCameraStringValue("ST1", "sendCommandGrabFrame_1", ""));
     waitForStill("ST1", stills, 2);
     EXPECT_EQ(stills.pictures.size(), 2u);
-    EXPECT_EQ(CanonSim_OutstandingBuffers(), 0u);
+    // The open body's camera object alone: items, streams and pictures were all released.
+    EXPECT_EQ(CanonSim_OutstandingBuffers(), 1u);
     std::filesystem::remove(stillPath("ST1"));
 }
 
@@ -320,7 +322,9 @@ TEST_F(CanonTest, LiveViewIsAskedAgainWhileNotReadyAndGivenUpAfterItsLimit) {
     ASSERT_TRUE(facade->stopCapture("LV1"));
     EXPECT_EQ(CanonSim_IsGrabbing("LV1"), 0);
     EXPECT_EQ(facade->setImageFormat("LV1", RUVO_FORMAT_MONO8), false);
-    EXPECT_TRUE(log.contains("ERROR", "Image format not supported: 0 for Canon camera: LV1"));
+    EXPECT_TRUE(log.contains("ERROR", "Image format not supported: " +
+                                          std::to_string(RUVO_FORMAT_MONO8) +
+                                          " for Canon camera: LV1"));
 }
 
 // Every one of the 54 names is required, those the library never calls too: the 2024 Linux

@@ -237,9 +237,9 @@ TEST_P(MakeTest, TwoThreadsPullingFramesEachGetWholeFrames) {
             }
             const Image expected = expectedImage(make, camera, kGeometries[0], picture,
                                                  static_cast<unsigned>(image.frameNumber));
-            const Image delivered{image.width, image.height, image.channels,
-                                  Bytes(buffer.begin(), buffer.begin() + image.dataSize)};
-            if (!difference(delivered, expected, make.jpegTolerance).empty()) ++torn;
+            const Image received{image.width, image.height, image.channels,
+                                 Bytes(buffer.begin(), buffer.begin() + image.dataSize)};
+            if (!difference(received, expected, make.jpegTolerance).empty()) ++torn;
             ++delivered;
         }
     };
