@@ -38,8 +38,10 @@ echo "\$ telvarra list"
 "$telvarra" list || true
 echo
 
-# Every camera the list shows: the rows between the header and the first blank line.
-cameras=$("$telvarra" list | awk 'NR > 1 && NF == 0 { exit } NR > 1 { print $1 }')
+# Every camera the list shows: the rows between the header and the first blank line (the Canon
+# driver prints each body it finds before the table).
+rows() { "$telvarra" list | awk '$1 == "ID" && $2 == "MAKE" { table = 1; next } table && NF == 0 { exit } table'; }
+cameras=$(rows | awk '{ print $1 }')
 if [ -z "$cameras" ]; then
     echo "=== no cameras: is $TELVARRA_SIM_RIG there?"
     exit 1
@@ -53,7 +55,7 @@ for id in $cameras; do
     first=${first:-$id}
 done
 # Canon bodies take stills too: their shutter button pressed from here.
-for id in $("$telvarra" list | awk 'NR > 1 && NF == 0 { exit } NR > 1 && $2 == "Canon" { print $1 }'); do
+for id in $(rows | awk '$2 == "Canon" { print $1 }'); do
     echo "\$ telvarra still $id -o ."
     "$telvarra" still "$id" -o . || status=1
 done

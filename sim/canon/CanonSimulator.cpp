@@ -540,18 +540,19 @@ void CanonSimulator::takeStill(Device& device) {
     DeviceState& state = device.state;
     const DeviceFrame frame = device.model.nextFrameHeader();
     const EdsUInt32 saveTo = state.values.at(kEdsPropID_SaveTo);
-    if (saveTo == kEdsSaveTo_Camera) return;  // on the card: nothing for the host
     // A host that never said how much room it has gets no still.
-    if (!state.capacityKnown) {
+    if (saveTo != kEdsSaveTo_Camera && !state.capacityKnown) {
         post(state, kEdsStateEvent_All,
              Event{kEdsStateEvent_CaptureError, 0, {}, device.model.id()});
         return;
     }
+    const std::uint32_t fileNumber = ++state.stillsTaken % 10000;
+    if (saveTo == kEdsSaveTo_Camera) return;  // on the card: nothing for the host
     PictureCamera picture = device.model.picture();
     picture.width *= 2;
     picture.height *= 2;
     char name[16];
-    std::snprintf(name, sizeof name, "IMG_%04u.JPG", ++state.stillsTaken % 10000);
+    std::snprintf(name, sizeof name, "IMG_%04u.JPG", fileNumber);
     Still still{name, picture.width, picture.height, pictureJpeg(picture, frame.number)};
     if (state.holdStills)
         state.heldStills.push_back(std::move(still));
