@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "CliError.h"
+#include "Terminal.h"
 
 namespace telvarra::cli {
 
@@ -73,7 +74,12 @@ std::vector<DeviceInfo> Session::cameras(Ruvo_CameraType type) {
     // 409 KiB: not for the stack.
     auto list = std::make_unique<_RUVO_DEVICE_INFO_LIST>();
     list->count = 0;
-    if (!m_facade->getAvailableCamerasByType(type, list.get())) return {};
+    bool listed = false;
+    {
+        const StandardOutputSilenced quiet;
+        listed = m_facade->getAvailableCamerasByType(type, list.get());
+    }
+    if (!listed) return {};
     const uint32_t count = list->count < RUVO_MAX_DEVICES ? list->count : RUVO_MAX_DEVICES;
     return std::vector<DeviceInfo>(list->devices, list->devices + count);
 }
@@ -116,7 +122,12 @@ DeviceInfo Session::open(const std::string& id, Ruvo_CameraType only) {
                                               joinNames(seenBy) + ": name the make with --type");
     }
 
-    if (!m_facade->openCamera(id.c_str(), seenBy.front()->type)) {
+    bool opened = false;
+    {
+        const StandardOutputSilenced quiet;  // a Canon body is found by listing them again
+        opened = m_facade->openCamera(id.c_str(), seenBy.front()->type);
+    }
+    if (!opened) {
         throw CliError(kExitFailed,
                        "camera '" + id + "' could not be opened (is another program using it?)");
     }

@@ -371,5 +371,45 @@ TEST_F(CliTest, SettingsTheCameraRefusesExitWithOneAndSaveNothing) {
     EXPECT_TRUE(filesIn(output()).empty());
 }
 
+// ---- Canon bodies: live view through grab, a still through still
+
+TEST_F(CliTest, ACanonBodyGrabsItsLiveViewAndTakesAStillOfTwiceItsSize) {
+    writeFile(m_rigFile, std::string(kRig) + "canon id=TEOS01 size=320x200 seed=9\n");
+    const sim::PictureCamera body{"TEOS01", "canon", 9, 320, 200};
+    // Live view and stills come as JPEG files.
+    constexpr double kJpegTolerance = 4;
+
+    const ProgramRun list = telvarra({"list"});
+    ASSERT_EQ(list.exitCode, 0) << list.err;
+    EXPECT_EQ(cells(lines(list.out).at(0)).at(0), "ID") << "nothing printed before the table";
+    EXPECT_EQ(fields(list.out).at("Canon"), "ready, 1 camera");
+
+    const ProgramRun grab = telvarra({"grab", "TEOS01", "-n", "2", "-o", "out"});
+    ASSERT_EQ(grab.exitCode, 0) << grab.out << grab.err;
+    EXPECT_FALSE(contains(grab.out, "Camera Index"));
+    for (std::uint32_t frame = 1; frame <= 2; ++frame) {
+        const std::string name = "TEOS01-000" + std::to_string(frame) + ".png";
+        std::string problem;
+        const Image saved = readPng((output() / name).string(), problem);
+        ASSERT_TRUE(problem.empty()) << name << ": " << problem;
+        EXPECT_EQ(difference(saved, cameraFrame(body, PixelFormat::Rgb8, frame), kJpegTolerance),
+                  "")
+            << name;
+    }
+
+    const ProgramRun still = telvarra({"still", "TEOS01", "-o", "out"});
+    ASSERT_EQ(still.exitCode, 0) << still.out << still.err;
+    EXPECT_TRUE(contains(still.out, "TEOS01-still.png: still of 640 x 400 colour written to"));
+    std::string problem;
+    const Image saved = readPng((output() / "TEOS01-still.png").string(), problem);
+    ASSERT_TRUE(problem.empty()) << problem;
+    // The first frame of the still's own session.
+    EXPECT_EQ(difference(saved, cameraFrame({"TEOS01", "canon", 9, 640, 400}, PixelFormat::Rgb8, 1),
+                         kJpegTolerance),
+              "");
+
+    EXPECT_EQ(telvarra({"still", "TCOL01", "-o", "out"}).exitCode, 2) << "not a Canon body";
+}
+
 }  // namespace
 }  // namespace telvarra::test
