@@ -286,6 +286,12 @@ struct StillCatcher {
     }
 };
 
+// What the virtual cameras write into their pictures: the serial number.
+std::string shownIdOf(const DeviceInfo& device, const std::string& id) {
+    const std::string serial = recordText(device.serialNumber);
+    return serial.empty() ? id : serial;
+}
+
 fs::path outputFolder(const std::string& name) {
     fs::path directory = fs::absolute(fs::path(name)).lexically_normal();
     // "." normalises to a trailing separator: print the folder by its name.
@@ -308,9 +314,7 @@ int runGrab(const CommonOptions& common, const GrabOptions& grab, std::ostream& 
     Session session(common.verbosity);
     const DeviceInfo device = session.open(grab.id, common.type);
     CameraPublicInterface& library = session.library();
-    // What the virtual cameras write into their pictures: the serial number, the make.
-    const std::string serial = recordText(device.serialNumber);
-    const std::string shownId = serial.empty() ? grab.id : serial;
+    const std::string shownId = shownIdOf(device, grab.id);
     const std::string geometry = describeGeometry(grab, makeOfType(device.cameraType));
 
     if (!grab.settings.empty()) {
@@ -438,7 +442,10 @@ int runStill(const CommonOptions& common, const StillOptions& still, std::ostrea
     if (!catcher.problem.empty()) throw CliError(kExitFailed, catcher.problem);
     out << file.filename().string() << ": still of "
         << sizeText(catcher.frame.width, catcher.frame.height) << " colour written to "
-        << file.parent_path().string() << std::endl;
+        << file.parent_path().string() << '\n'
+        << "  " << file.filename().string() << " shows " << shownIdOf(device, still.id) << " ("
+        << makeName(device.cameraType) << ") frame " << catcher.frame.frameNumber << ", "
+        << describeGeometry(GrabOptions{}, makeOfType(device.cameraType)) << std::endl;
     return kExitOk;
 }
 

@@ -79,6 +79,9 @@ TEST(DemoTest, SavesEveryDefaultCameraFramesAsPicturesOfThePatternAndSaysWhatThe
     EXPECT_NE(run.out.find("EOS0001-still.png: still of 1920 x 1280 colour written to"),
               std::string::npos)
         << run.out;
+    EXPECT_NE(run.out.find("  EOS0001-still.png shows EOS0001 (Canon) frame 1, upright"),
+              std::string::npos)
+        << run.out;
     // The first camera listed, turned by its device: a MindVision quarter turn is anticlockwise,
     // which brings the mirrored mark back to the top-left corner.
     expectPicture(output + "/turned/MV0001-0001.png",
