@@ -214,6 +214,17 @@ int runList(const CommonOptions& common, std::ostream& out) {
     return anyReady ? kExitOk : kExitMakeUnavailable;
 }
 
+int runDoctor(std::ostream& out) {
+    const int length = telvarra_doctor(nullptr, 0);
+    if (length < 0) throw CliError(kExitFailed, telvarra_last_error());
+    std::string report(static_cast<std::size_t>(length) + 1, '\0');
+    telvarra_doctor(report.data(), length + 1);
+    report.resize(static_cast<std::size_t>(length));
+    out << report << std::flush;
+    return report.find("verdict    not available") == std::string::npos ? kExitOk
+                                                                        : kExitMakeUnavailable;
+}
+
 int runInfo(const CommonOptions& common, const std::string& id, std::ostream& out) {
     Session session(common.verbosity);
     const DeviceInfo device = session.open(id, common.type);

@@ -33,6 +33,8 @@ struct StillOptions {
 };
 
 int runList(const CommonOptions& common, std::ostream& out);
+// What the library finds of each make's SDK; 4 when a make would not start for it.
+int runDoctor(std::ostream& out);
 int runInfo(const CommonOptions& common, const std::string& id, std::ostream& out);
 int runGrab(const CommonOptions& common, const GrabOptions& grab, std::ostream& out,
             std::ostream& err);

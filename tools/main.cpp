@@ -116,6 +116,11 @@ int main(int argc, char** argv) {
     CLI::App& list = *app.add_subcommand("list", "List the cameras of every make that starts");
     addCommonOptions(list, arguments);
 
+    CLI::App& doctor = *app.add_subcommand(
+        "doctor", "Show, for each make, which SDK file is looked for, where it was found, "
+                  "whether it loads and what it lacks");
+    doctor.footer("Exit code 4 when a make's SDK is missing or lacks a function it needs.");
+
     CLI::App& info = *app.add_subcommand(
         "info", "Show a camera's record, formats, size, one frame's shape and every control");
     addIdArgument(info, arguments);
@@ -182,13 +187,13 @@ int main(int argc, char** argv) {
     // CLI11 would call a stray word a missing subcommand; name it for what it is.
     if (argc > 1 && argv[1][0] != '-') {
         bool known = false;
-        for (CLI::App* command : {&list, &info, &grab, &still, &get, &set}) {
+        for (CLI::App* command : {&list, &doctor, &info, &grab, &still, &get, &set}) {
             known = known || command->check_name(argv[1]);
         }
         if (!known) {
             std::cerr
                 << "telvarra: error: unknown command '" << argv[1]
-                << "' (commands: list, info, grab, still, get, set)\nRun 'telvarra --help' for "
+                << "' (commands: list, doctor, info, grab, still, get, set)\nRun 'telvarra --help' for "
                    "more information.\n";
             return kExitUsage;
         }
@@ -204,6 +209,7 @@ int main(int argc, char** argv) {
     try {
         arguments.common.type = static_cast<Ruvo_CameraType>(arguments.typeKey);
         if (list) return runList(arguments.common, std::cout);
+        if (doctor) return runDoctor(std::cout);
         if (info) return runInfo(arguments.common, arguments.id, std::cout);
         if (grab) {
             arguments.grab.id = arguments.id;

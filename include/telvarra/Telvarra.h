@@ -3,6 +3,7 @@
 #define TELVARRA_TELVARRA_H
 
 #include "telvarra/Export.h"
+#include "telvarra/TelvarraApi.h"
 #include "telvarra/TelvarraC.h"
 #include "telvarra/Types.h"
 

@@ -9,6 +9,7 @@
 #include <system_error>
 
 #include "core/FileNames.h"
+#include "core/LoggedProblems.h"
 #include "platform/Clock.h"
 
 namespace {
@@ -203,7 +204,19 @@ void CameraLogger::setLogLevel(LogLevel level) {
     m_minimumLevel = level;
 }
 
+namespace telvarra {
+
+namespace {
+thread_local std::string t_lastProblem;
+}  // namespace
+
+const std::string& lastLoggedProblem() { return t_lastProblem; }
+void forgetLoggedProblem() { t_lastProblem.clear(); }
+
+}  // namespace telvarra
+
 void CameraLogger::log(LogLevel level, const std::string& message) {
+    if (level >= LogLevel::Warning) telvarra::t_lastProblem = message;
     std::lock_guard<std::recursive_mutex> guard(loggerLock());
     if (!m_logStream.is_open() ||
         static_cast<std::int32_t>(level) < static_cast<std::int32_t>(m_minimumLevel)) {

@@ -6,6 +6,7 @@
 #include "platform/WindowsText.h"
 #else
 #include <dlfcn.h>
+#include <link.h>
 #endif
 
 namespace telvarra::platform {
@@ -36,9 +37,19 @@ bool DynamicLibrary::open(const std::string& fileName) {
     const DWORD error = GetLastError();
     SetThreadErrorMode(previousMode, nullptr);
     m_handle = reinterpret_cast<void*>(module);
-    m_lastError =
-        module ? std::string() : "LoadLibraryW failed with error " + std::to_string(error);
+    m_lastError = module ? std::string() : "LoadLibraryW failed with error " +
+                                               std::to_string(error) + ": " + systemMessage(error);
     return module != nullptr;
+}
+
+std::string DynamicLibrary::path() const {
+    if (!m_handle) return {};
+    std::wstring name(32768, L'\0');
+    const DWORD length = GetModuleFileNameW(reinterpret_cast<HMODULE>(m_handle), name.data(),
+                                            static_cast<DWORD>(name.size()));
+    if (length == 0 || length >= name.size()) return {};
+    name.resize(length);
+    return toNarrow(name);
 }
 
 void DynamicLibrary::close() {
@@ -75,6 +86,13 @@ void DynamicLibrary::close() {
 void* DynamicLibrary::symbol(const char* name) const {
     if (!m_handle || !name) return nullptr;
     return dlsym(m_handle, name);
+}
+
+std::string DynamicLibrary::path() const {
+    link_map* map = nullptr;
+    if (!m_handle || dlinfo(m_handle, RTLD_DI_LINKMAP, &map) != 0 || !map || !map->l_name)
+        return {};
+    return map->l_name;
 }
 
 std::string sharedLibraryFileName(const std::string& baseName) { return "lib" + baseName + ".so"; }

@@ -24,6 +24,8 @@ class DynamicLibrary {
     // Null when the library is not open or lacks the name.
     void* symbol(const char* name) const;
     const std::string& lastError() const { return m_lastError; }
+    // The file the system loaded, whole: where a bare name was found. Empty when not open.
+    std::string path() const;
 
   private:
     void* m_handle = nullptr;

@@ -13,6 +13,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "platform/DynamicLibrary.h"
 
@@ -26,6 +27,21 @@ using UntypedFunction = void (*)();
 // How a name is looked up in an open library. Loader tests replace it to hide names from a real
 // library instead of building one library per missing name.
 using SymbolLookup = std::function<void*(const DynamicLibrary& library, const char* name)>;
+
+// What a fresh look at a binding's library finds, through the same lookup as a load: for hosts
+// and people asking why a make does not start.
+struct SdkDiagnosis {
+    std::string lookedFor;    // the file name the binding opens (a bare name: the search path)
+    std::string foundAt;      // the file the system loaded; empty when none
+    std::string loaderError;  // the system's reason when it loaded none
+    std::vector<std::string> missingRequired;
+    std::vector<std::string> missingOptional;
+    std::string version;  // as the SDK reports it, where the make has a way to ask
+};
+
+// A make's way to ask its SDK for its version, given the lookup of a name in the open library.
+using VersionReader =
+    std::function<std::string(const std::function<void*(const char* name)>& lookup)>;
 
 // The part of a binding that does not depend on the make's table.
 class SdkLibrary {
@@ -49,9 +65,16 @@ class SdkLibrary {
     // Test seam: an empty lookup restores the real one.
     void setSymbolLookup(SymbolLookup lookup);
 
+    // Opens the library once more on its own handle, looks every listed name up and closes it:
+    // the binding's own state is left as it is.
+    // `readVersion`, when given, asks the SDK its version once every required name is there.
+    SdkDiagnosis diagnose(const VersionReader& readVersion = {}) const;
+
   protected:
     // Binds every listed name; false when a required one is missing.
     virtual bool bindAll() = 0;
+    // Every listed name with its need, in list order.
+    virtual void forEachName(const std::function<void(const char*, Need)>& visit) const = 0;
 
     template <class Function>
     bool bind(const char* name, Function& pointer) {
@@ -80,6 +103,10 @@ class SdkBinding final : public SdkLibrary {
             if (!bind(name, pointer) && need == Need::Required) requiredFound = false;
         });
         return requiredFound;
+    }
+
+    void forEachName(const std::function<void(const char*, Need)>& visit) const override {
+        m_table.forEachEntry([&](const char* name, const auto&, Need need) { visit(name, need); });
     }
 
     Table m_table{};

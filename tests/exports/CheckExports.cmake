@@ -34,7 +34,10 @@ set(required
   _ZN21CameraPublicInterface15getCurrentFrameEPKcR9ImageDatai
   _ZN21CameraPublicInterface28getCameraBrightnessByPercentEPKcRi
   CreateCameraManager DestroyCameraManager InitializeCameraSystem InitializeCameraSystemByType
-  CleanupCameraSystem GetCurrentFrame GetCurrentFrameToBuffer ReleaseImageData)
+  CleanupCameraSystem GetCurrentFrame GetCurrentFrameToBuffer ReleaseImageData
+  telvarra_version telvarra_last_error telvarra_initialize telvarra_shutdown telvarra_doctor
+  telvarra_list_cameras telvarra_open telvarra_frame telvarra_frame_to_buffer
+  telvarra_set_frame_callback telvarra_get_enum telvarra_canon_capture telvarra_config_save)
 set(missing "")
 foreach(name IN LISTS required)
   string(FIND "${exports}" "${name}" found)
@@ -46,7 +49,8 @@ if(missing)
   message(FATAL_ERROR "not exported: ${missing}")
 endif()
 
-foreach(internal mirrorHorizontal rotateQuarterTurns copyBoundedText DynamicLibrary)
+foreach(internal mirrorHorizontal rotateQuarterTurns copyBoundedText DynamicLibrary doctorReport
+                 lastLoggedProblem)
   string(FIND "${exports}" "${internal}" found)
   if(NOT found EQUAL -1)
     message(FATAL_ERROR "internal code is exported: ${internal}")

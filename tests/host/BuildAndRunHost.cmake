@@ -24,9 +24,17 @@ endif()
 
 # The simulated vendor SDKs live beside the library and are found through the search path.
 set(ENV{LD_LIBRARY_PATH} "${TELVARRA_RUNTIME_DIR}")
-foreach(program cpp_host c_host exit_host)
+# The C interface's host drives simulator cameras of a rig of its own; the others fake theirs.
+set(rig ${HOST_BINARY_DIR}/hosts.rig)
+file(WRITE ${rig} "hikvision id=CAPI01 size=64x48 format=mono8\ncanon id=CAPIEOS size=64x48\n")
+foreach(program cpp_host c_host exit_host c_api_host)
   set(work_dir ${HOST_BINARY_DIR}/work-${program})
   file(MAKE_DIRECTORY ${work_dir})
+  if(program STREQUAL "c_api_host")
+    set(ENV{TELVARRA_SIM_RIG} ${rig})
+  else()
+    unset(ENV{TELVARRA_SIM_RIG})
+  endif()
   if(EMULATOR)
     # The DLL is found through Wine's search path; the program and its files use drive Z:.
     string(REPLACE "/" "\\" wine_path "Z:${TELVARRA_RUNTIME_DIR}")

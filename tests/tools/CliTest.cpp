@@ -358,6 +358,25 @@ TEST_F(CliTest, MissingSdkIsReportedWithFourAndNeverCrashes) {
         EXPECT_TRUE(contains(run.err, "HikVision: its SDK could not be loaded or started"));
     }
     EXPECT_FALSE(fs::exists(output()));
+
+    // The doctor says what was looked for and the system's own reason it was not loaded.
+    const ProgramRun doctor = telvarra({"doctor"}, TELVARRA_CLI_WITHOUT_SDK);
+    EXPECT_EQ(doctor.exitCode, 4) << doctor.out << doctor.err;
+    EXPECT_TRUE(contains(doctor.out, "HikVision\n  looks for  "));
+    EXPECT_TRUE(contains(doctor.out, "  found      no: "));
+    const std::string reason = TELVARRA_LIBRARY_SEARCH_VARIABLE == std::string("PATH")
+                                   ? "LoadLibraryW failed with error 126: "
+                                   : "cannot open shared object file";
+    EXPECT_TRUE(contains(doctor.out, reason));
+}
+
+TEST_F(CliTest, DoctorFindsEverySimulatorWithItsFunctions) {
+    const ProgramRun doctor = telvarra({"doctor"});
+    EXPECT_EQ(doctor.exitCode, 0) << doctor.out << doctor.err;
+    for (const char* make : {"MindVision\n", "HikVision\n", "Dvp\n", "DaHeng\n", "Canon\n"})
+        EXPECT_TRUE(contains(doctor.out, make));
+    EXPECT_TRUE(contains(doctor.out, "  version    4.5.0.3"));
+    EXPECT_FALSE(contains(doctor.out, "not available"));
 }
 
 TEST_F(CliTest, SettingsTheCameraRefusesExitWithOneAndSaveNothing) {

@@ -63,6 +63,10 @@ HikVisionBinding& hikVisionBinding();
 
 inline const HikVisionFunctions& hikVisionSdk() { return hikVisionBinding().functions(); }
 
+// "3.2.1.0": MV_CC_GetSDKVersion's packed bytes, asked of a library opened on its own (the SDK
+// allows the call before its start).
+std::string readSdkVersion(const std::function<void*(const char* name)>& lookup);
+
 }  // namespace telvarra::hikvision
 
 #endif
