@@ -1,0 +1,36 @@
+# Installs the build into a prefix of its own, builds the consumer against that prefix alone, and
+# runs it (under the emulator when cross-compiling).
+set(prefix ${WORK_DIR}/prefix)
+set(build ${WORK_DIR}/build)
+file(REMOVE_RECURSE ${WORK_DIR})
+
+function(run)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result)
+  if(NOT result EQUAL 0)
+    message(FATAL_ERROR "failed (${result}): ${ARGN}")
+  endif()
+endfunction()
+
+run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
+set(configure -S ${SOURCE_DIR} -B ${build} -G ${GENERATOR} -DCMAKE_PREFIX_PATH=${prefix})
+if(TOOLCHAIN_FILE)
+  list(APPEND configure -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN_FILE})
+endif()
+if(SANITIZE)
+  # A sanitized library needs its runtime in the program.
+  list(APPEND configure "-DCMAKE_C_FLAGS=-fsanitize=address,undefined")
+endif()
+set(ENV{PKG_CONFIG_PATH} ${prefix}/lib/pkgconfig)
+run(${CMAKE_COMMAND} ${configure})
+run(${CMAKE_COMMAND} --build ${build})
+
+if(EMULATOR)
+  # The installed DLL is found through Wine's search path.
+  string(REPLACE "/" "\\" wine_path "Z:${prefix}/bin")
+  set(ENV{WINEPATH} "${wine_path}")
+  set(ENV{WINEDEBUG} "-all")
+  run(${EMULATOR} ${build}/consumer.exe ${VERSION})
+else()
+  run(${build}/consumer ${VERSION})
+  run(${build}/consumer_pkgconfig ${VERSION})
+endif()
