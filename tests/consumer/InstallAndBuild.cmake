@@ -14,7 +14,9 @@ endfunction()
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
 set(configure -S ${SOURCE_DIR} -B ${build} -G ${GENERATOR} -DCMAKE_PREFIX_PATH=${prefix})
 if(TOOLCHAIN_FILE)
-  list(APPEND configure -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN_FILE})
+  # A cross toolchain looks for packages in its own root only: name the package's folder.
+  list(APPEND configure -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN_FILE}
+                        -DTelvarra_DIR=${prefix}/lib/cmake/Telvarra)
 endif()
 if(SANITIZE)
   # A sanitized library needs its runtime in the program.
