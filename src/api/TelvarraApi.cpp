@@ -180,8 +180,12 @@ int telvarra_stop(const char* id) {
 }
 
 int telvarra_status(const char* id) {
-    t_lastError.clear();
-    return static_cast<int>(facade().getCameraStatus(id));
+    int status = RUVO_STATUS_NONE;
+    act("telvarra_status", [&] {
+        status = static_cast<int>(facade().getCameraStatus(id));
+        return true;
+    });
+    return status;
 }
 
 int telvarra_is_connected(const char* id) {
@@ -229,8 +233,12 @@ int telvarra_set_frame_callback(const char* id, telvarra_frame_callback callback
 }
 
 int telvarra_get_format(const char* id) {
-    t_lastError.clear();
-    return static_cast<int>(facade().getImageFormat(id));
+    int format = RUVO_FORMAT_UNKNOWN;
+    act("telvarra_get_format", [&] {
+        format = static_cast<int>(facade().getImageFormat(id));
+        return true;
+    });
+    return format;
 }
 
 int telvarra_set_format(const char* id, int format) {
