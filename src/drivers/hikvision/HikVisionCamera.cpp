@@ -165,15 +165,18 @@ bool HikVisionCamera::deviceStillConnected() {
 
 bool HikVisionCamera::closeDevice() {
     if (!m_handle) return true;
+    retryGivingBack();
     if (deviceStillConnected()) m_sdk.MV_CC_CloseDevice(m_handle);
     m_sdk.MV_CC_DestroyHandle(m_handle);
     m_handle = nullptr;
+    m_unreturned.forget();
     return true;
 }
 
 bool HikVisionCamera::startStreaming() { return m_sdk.MV_CC_StartGrabbing(m_handle) == MV_OK; }
 
 bool HikVisionCamera::stopStreaming() {
+    retryGivingBack();
     return !deviceStillConnected() || m_sdk.MV_CC_StopGrabbing(m_handle) == MV_OK;
 }
 
@@ -248,14 +251,30 @@ bool HikVisionCamera::getExposureMod(bool& automatic) {
 
 // ---- frames
 
+bool HikVisionCamera::release(MV_FRAME_OUT& lent) {
+    return m_sdk.MV_CC_FreeImageBuffer(m_handle, &lent) == MV_OK;
+}
+
+void HikVisionCamera::giveBack(const MV_FRAME_OUT& frame) {
+    if (!m_unreturned.giveBack(frame, [this](MV_FRAME_OUT& lent) { return release(lent); }))
+        logError("Failed to release frame buffer of camera: " + m_cameraId);
+}
+
+void HikVisionCamera::retryGivingBack() {
+    m_unreturned.retry([this](MV_FRAME_OUT& lent) { return release(lent); });
+}
+
 bool HikVisionCamera::fetchFrame(ImageData& image) {
     if (!deviceStillConnected()) return false;
+    // The SDK lends from a few buffers: those it refused to take back are offered first.
+    retryGivingBack();
+    if (m_unreturned.full()) return false;
     MV_FRAME_OUT frame{};
     if (m_sdk.MV_CC_GetImageBuffer(m_handle, &frame, kFrameTimeoutMs) != MV_OK) return false;
     if (!frame.pBufAddr) return false;
     const bool stored = storeFrame(frame, image);
     // The SDK lends its buffer: it goes back on every path, a failed conversion included.
-    m_sdk.MV_CC_FreeImageBuffer(m_handle, &frame);
+    giveBack(frame);
     return stored;
 }
 

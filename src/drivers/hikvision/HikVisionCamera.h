@@ -8,6 +8,7 @@
 
 #include "api/CameraBase.h"
 #include "api/FrameBuffer.h"
+#include "api/UnreturnedFrames.h"
 #include "drivers/hikvision/HikVisionBinding.h"
 
 namespace telvarra::hikvision {
@@ -36,6 +37,10 @@ class HikVisionCamera final : public CameraBase {
     bool readPixelFormat();
     bool setPixelFormat(uint32_t pixelType, Ruvo_ImageFormat format);
     bool storeFrame(const sdk::MV_FRAME_OUT& frame, ImageData& image);
+    // Returns a lent frame to the SDK; a refused one is kept and offered again later.
+    bool release(sdk::MV_FRAME_OUT& lent);
+    void giveBack(const sdk::MV_FRAME_OUT& frame);
+    void retryGivingBack();
     bool readModes(sdk::MVCC_ENUMVALUE& gainMode, sdk::MVCC_ENUMVALUE& exposureMode) const;
     // Ends every successful setter: the device keeps its settings over a power cycle.
     void saveUserData() const;
@@ -46,6 +51,7 @@ class HikVisionCamera final : public CameraBase {
     sdk::MV_CC_DEVICE_INFO m_selectedDevice{};
     uint32_t m_rawPixelType = 0;  // the device's own type when it is none of the three packed
     FrameBuffer m_frameBuffer;    // the last frame
+    UnreturnedFrames<sdk::MV_FRAME_OUT> m_unreturned;
 };
 
 }  // namespace telvarra::hikvision

@@ -201,8 +201,10 @@ bool MindVisionCamera::deviceStillConnected() {
 }
 
 bool MindVisionCamera::closeDevice() {
+    if (deviceOpen()) retryGivingBack();
     if (deviceOpen() && !succeeded(MV_CALL(CameraUnInit, m_handle))) return false;
     m_handle = -1;
+    m_unreturned.forget();
     m_output.reset();
     m_outputSize = 0;
     return true;
@@ -211,7 +213,9 @@ bool MindVisionCamera::closeDevice() {
 bool MindVisionCamera::startStreaming() { return succeeded(MV_CALL(CameraPlay, m_handle)); }
 
 bool MindVisionCamera::stopStreaming() {
-    return !deviceOpen() || succeeded(MV_CALL(CameraStop, m_handle));
+    if (!deviceOpen()) return true;
+    retryGivingBack();
+    return succeeded(MV_CALL(CameraStop, m_handle));
 }
 
 // ---- format
@@ -343,8 +347,8 @@ PercentControl MindVisionCamera::steppedControl(const SteppedSetting& setting) {
             [this, setting](double value) {
                 // The bounds are unsigned; the SDK takes an int.
                 const double step = std::min(value, double(std::numeric_limits<int>::max()));
-                return succeeded(callSdk(m_sdk.*setting.set, setting.setName, m_handle,
-                                         static_cast<int>(step)));
+                return succeeded(
+                    callSdk(m_sdk.*setting.set, setting.setName, m_handle, static_cast<int>(step)));
             },
             PercentArithmetic::ScaleThenDivide, bounds};
 }
@@ -374,8 +378,26 @@ PercentControl MindVisionCamera::exposureControl() {
 
 // ---- frames
 
+bool MindVisionCamera::release(BYTE* raw) {
+    // An SDK without the function can take nothing back: nothing is kept for it.
+    return succeeded(MV_CALL(CameraReleaseImageBuffer, m_handle, raw)) ||
+           !m_sdk.CameraReleaseImageBuffer;
+}
+
+void MindVisionCamera::giveBack(BYTE* raw) {
+    if (!m_unreturned.giveBack(raw, [this](BYTE* lent) { return release(lent); }))
+        logError("Failed to release frame buffer of camera: " + m_cameraId);
+}
+
+void MindVisionCamera::retryGivingBack() {
+    m_unreturned.retry([this](BYTE* lent) { return release(lent); });
+}
+
 bool MindVisionCamera::fetchFrame(ImageData& image) {
     if (!deviceOpen() || !m_output) return false;
+    // Raw frames the SDK refused to take back are offered first.
+    retryGivingBack();
+    if (m_unreturned.full()) return false;
     tSdkFrameHead head{};
     BYTE* raw = nullptr;
     if (!succeeded(MV_CALL(CameraGetImageBufferPriority, m_handle, &head, &raw, kFrameTimeoutMs,
@@ -384,7 +406,7 @@ bool MindVisionCamera::fetchFrame(ImageData& image) {
     const bool processed =
         succeeded(MV_CALL(CameraImageProcess, m_handle, raw, m_output.get(), &head));
     // Given back also when processing failed: a raw frame kept would starve the SDK's queue.
-    MV_CALL(CameraReleaseImageBuffer, m_handle, raw);
+    giveBack(raw);
     if (!processed) return false;
     const int32_t channels = channelsOf(m_imageFormat);
     const uint64_t size = static_cast<uint64_t>(std::max(head.iWidth, 0)) *

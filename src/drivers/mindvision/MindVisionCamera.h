@@ -9,6 +9,7 @@
 #include <string>
 
 #include "api/CameraBase.h"
+#include "api/UnreturnedFrames.h"
 #include "drivers/mindvision/MindVisionBinding.h"
 
 namespace telvarra::mindvision {
@@ -54,6 +55,10 @@ class MindVisionCamera final : public CameraBase {
     bool setMirror(int direction, bool on);
     bool getMirror(int direction, bool& on);
     bool zoom(int level);
+    // Returns a raw frame to the SDK; a refused one is kept and offered again later.
+    bool release(sdk::BYTE* raw);
+    void giveBack(sdk::BYTE* raw);
+    void retryGivingBack();
     struct SteppedSetting;
     // A setting in whole steps whose bounds the capability record gives (AE target, gain).
     PercentControl steppedControl(const SteppedSetting& setting);
@@ -67,6 +72,7 @@ class MindVisionCamera final : public CameraBase {
     AlignedBlock m_output;
     std::size_t m_outputSize = 0;
     int m_zoomLevel = 0;
+    UnreturnedFrames<sdk::BYTE*> m_unreturned;
 };
 
 }  // namespace telvarra::mindvision
