@@ -170,14 +170,24 @@ bool HikVisionCamera::closeDevice() {
     m_sdk.MV_CC_DestroyHandle(m_handle);
     m_handle = nullptr;
     m_unreturned.forget();
+    m_grabbing = false;
     return true;
 }
 
-bool HikVisionCamera::startStreaming() { return m_sdk.MV_CC_StartGrabbing(m_handle) == MV_OK; }
+bool HikVisionCamera::startStreaming() {
+    // A stop that found the device not answering left the SDK grabbing, and the SDK refuses to
+    // start twice: stop it first, whatever it answers, so that this start can succeed.
+    if (m_grabbing) m_sdk.MV_CC_StopGrabbing(m_handle);
+    m_grabbing = m_sdk.MV_CC_StartGrabbing(m_handle) == MV_OK;
+    return m_grabbing;
+}
 
 bool HikVisionCamera::stopStreaming() {
     retryGivingBack();
-    return !deviceStillConnected() || m_sdk.MV_CC_StopGrabbing(m_handle) == MV_OK;
+    if (!deviceStillConnected()) return true;
+    if (m_sdk.MV_CC_StopGrabbing(m_handle) != MV_OK) return false;
+    m_grabbing = false;
+    return true;
 }
 
 // ---- format

@@ -52,6 +52,9 @@ class HikVisionCamera final : public CameraBase {
     uint32_t m_rawPixelType = 0;  // the device's own type when it is none of the three packed
     FrameBuffer m_frameBuffer;    // the last frame
     UnreturnedFrames<sdk::MV_FRAME_OUT> m_unreturned;
+    // Set from a successful MV_CC_StartGrabbing until one of MV_CC_StopGrabbing: a stop skipped
+    // because the device did not answer leaves the SDK grabbing.
+    bool m_grabbing = false;
 };
 
 }  // namespace telvarra::hikvision

@@ -322,6 +322,28 @@ TEST_F(HikVisionTest, RefusedBufferReleasesAreRetriedSoFramesNeverStopForGood) {
     EXPECT_EQ(HikSim_OutstandingBuffers(), 0u) << "close";
 }
 
+TEST_F(HikVisionTest, AStopThatFoundTheDeviceSilentLeavesNoStartRefused) {
+    addDevice("id=G1 layer=usb3 size=32x16");
+    openStreaming("G1");
+    // The stop asks whether the device answers and, told no, leaves the SDK grabbing.
+    HikSim_FailCall("MV_CC_IsDeviceConnected", kSimulatedFailure, 1);
+    ASSERT_TRUE(facade->stopCapture("G1"));
+    EXPECT_EQ(HikSim_IsGrabbing("G1"), 1);
+    HikSim_ClearCallCounts();
+    ASSERT_TRUE(facade->startCapture("G1"));
+    EXPECT_EQ(HikSim_CallCount("MV_CC_StopGrabbing"), 1u);
+    ImageData image{};
+    EXPECT_TRUE(facade->getCurrentFrame("G1", image, 0));
+
+    // An ordinary stop and start make one call each.
+    HikSim_ClearCallCounts();
+    ASSERT_TRUE(facade->stopCapture("G1"));
+    EXPECT_EQ(HikSim_IsGrabbing("G1"), 0);
+    ASSERT_TRUE(facade->startCapture("G1"));
+    EXPECT_EQ(HikSim_CallCount("MV_CC_StopGrabbing"), 1u);
+    EXPECT_EQ(HikSim_CallCount("MV_CC_StartGrabbing"), 1u);
+}
+
 TEST_F(HikVisionTest, CloseFaultsStillCloseAndTheCameraOpensAgain) {
     addDevice("id=C1 layer=usb3 size=32x16");
     for (const char* function : {"MV_CC_StopGrabbing", "MV_CC_CloseDevice", "MV_CC_DestroyHandle",
