@@ -2,6 +2,7 @@
 # Builds and runs the whole test suite on a Debian 12 machine, installing what it needs:
 #   linux           the shared library and its tests
 #   linux-sanitize  the same under the address and undefined-behaviour sanitizers
+#   linux-tsan      the concurrency tests alone, under ThreadSanitizer
 #   windows         the DLL cross-built with mingw-w64, its tests run under Wine
 # TELVARRA_LEGS="linux windows" runs a subset.
 set -euo pipefail
@@ -27,7 +28,7 @@ start_wine() {
     trap 'wineserver -k >/dev/null 2>&1 || true' EXIT
 }
 
-for leg in ${TELVARRA_LEGS:-linux linux-sanitize windows}; do
+for leg in ${TELVARRA_LEGS:-linux linux-sanitize linux-tsan windows}; do
     echo "=== $leg: configure and build"
     cmake --preset "$leg" >/dev/null
     cmake --build --preset "$leg" --parallel "$jobs"

@@ -3,9 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <regex>
-#include <set>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "support/LogCapture.h"
@@ -58,31 +56,6 @@ TEST_F(LoggerTest, ControlCharactersAreWrittenOutSoNoMessageStartsALine) {
     EXPECT_NE(lines[0].find("evil\\n2026-01-01 00:00:00 [ERROR] forged\\r\\t\\x01"),
               std::string::npos)
         << lines[0];
-}
-
-TEST_F(LoggerTest, EightThreadsLoseTearAndDoubleNoLine) {
-    LogCapture capture;
-    constexpr int kThreads = 8, kLinesEach = 400;
-    std::vector<std::thread> threads;
-    ::testing::internal::CaptureStdout();
-    for (int t = 0; t < kThreads; ++t) {
-        threads.emplace_back([t] {
-            for (int i = 0; i < kLinesEach; ++i)
-                logger().log(LogLevel::Info,
-                             "thread " + std::to_string(t) + " line " + std::to_string(i) + " end");
-        });
-    }
-    for (std::thread& thread : threads) thread.join();
-    ::testing::internal::GetCapturedStdout();
-    const auto lines = readLines(capture.path());
-    ASSERT_EQ(lines.size(), std::size_t(kThreads * kLinesEach));
-    std::set<std::string> distinct;
-    const std::regex whole(R"(.* \[INFO\] thread \d line \d+ end)");
-    for (const std::string& line : lines) {
-        EXPECT_TRUE(std::regex_match(line, whole)) << line;
-        distinct.insert(line.substr(line.find("thread")));
-    }
-    EXPECT_EQ(distinct.size(), lines.size());
 }
 
 TEST_F(LoggerTest, NamesEveryLevelAndLeavesUnknownLevelsEmpty) {
