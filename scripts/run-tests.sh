@@ -3,6 +3,7 @@
 #   linux           the shared library and its tests
 #   linux-sanitize  the same under the address and undefined-behaviour sanitizers
 #   linux-tsan      the concurrency tests alone, under ThreadSanitizer
+#   linux-fuzz      the configuration and rig readers fuzzed (clang's libFuzzer) for 45 s each
 #   windows         the DLL cross-built with mingw-w64, its tests run under Wine
 # TELVARRA_LEGS="linux windows" runs a subset.
 set -euo pipefail
@@ -11,7 +12,7 @@ source scripts/ensure-packages.sh
 
 ensure_packages cmake ninja-build g++ binutils googletest libgtest-dev libgmock-dev \
     g++-mingw-w64-x86-64-posix wine64 libcli11-dev libstb-dev libturbojpeg0-dev \
-    python3-venv python3-pip python3-numpy python3-pytest pkg-config
+    python3-venv python3-pip python3-numpy python3-pytest pkg-config clang libclang-rt-14-dev
 
 jobs=$(nproc)
 summary=()
@@ -28,7 +29,7 @@ start_wine() {
     trap 'wineserver -k >/dev/null 2>&1 || true' EXIT
 }
 
-for leg in ${TELVARRA_LEGS:-linux linux-sanitize linux-tsan windows}; do
+for leg in ${TELVARRA_LEGS:-linux linux-sanitize linux-tsan linux-fuzz windows}; do
     echo "=== $leg: configure and build"
     cmake --preset "$leg" >/dev/null
     cmake --build --preset "$leg" --parallel "$jobs"

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "core/ConfigText.h"
 #include "core/FileNames.h"
 #include "telvarra/CameraLogger.h"
 
@@ -27,12 +28,6 @@ bool copyToCallerBuffer(const std::string& text, char** destination,
     }
     std::memcpy(*destination, text.c_str(), text.size() + 1);
     return true;
-}
-
-// Files written on Windows end their lines in CR LF; text mode removes the CR there, so do the
-// same everywhere for one result on every platform.
-void dropCarriageReturn(std::string& line) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
 }
 
 // A configuration larger than this is no configuration: refused rather than read without end.
@@ -86,13 +81,7 @@ bool CameraConfig::loadConfig(const char* configFile) {
         return false;
     }
     m_values.clear();
-    for (std::string line; std::getline(input, line);) {
-        dropCarriageReturn(line);
-        if (line.empty() || line.front() == '#') continue;
-        const std::string::size_type equals = line.find('=');
-        if (equals == std::string::npos) continue;
-        m_values[line.substr(0, equals)] = line.substr(equals + 1);
-    }
+    telvarra::readConfigText(input, m_values);
     input.close();
     CameraLogger::getInstance().log(LogLevel::Info, "Loaded config from: " + m_configFile);
     return true;
@@ -109,7 +98,7 @@ bool CameraConfig::saveConfig(const char* configFile) {
         logError("Failed to open config file for writing: " + m_configFile);
         return false;
     }
-    for (const auto& [key, value] : m_values) output << key << "=" << value << std::endl;
+    telvarra::writeConfigText(output, m_values);
     output.close();
     CameraLogger::getInstance().log(LogLevel::Info, "Saved config to: " + m_configFile);
     return true;

@@ -108,6 +108,17 @@ TEST_F(ConfigTest, SaveWritesKeyOrderAndRoundTrips) {
     EXPECT_EQ(valueOf(read, "B"), "upper sorts first");
 }
 
+TEST_F(ConfigTest, AValueEndingInACarriageReturnKeepsItThroughASaveAndALoad) {
+    // Found by fuzzing: the saved line's own CR passed for half of a CR LF and was lost.
+    const std::string path = directory.file("cr.cfg");
+    writeFile(path, "k=v\r\r");  // no line end: read alike on every platform
+    CameraConfig loaded(path.c_str());
+    ASSERT_EQ(valueOf(loaded, "k"), "v\r");
+    ASSERT_TRUE(loaded.saveConfig(path.c_str()));
+    CameraConfig reloaded(path.c_str());
+    EXPECT_EQ(valueOf(reloaded, "k"), "v\r");
+}
+
 TEST_F(ConfigTest, EmptyPathUsesTheStoredOneAndFailsWhenThereIsNone) {
     const std::string path = directory.file("stored.cfg");
     writeFile(path, "x=1\n");
