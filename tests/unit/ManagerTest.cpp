@@ -163,6 +163,44 @@ TEST_F(ManagerTest, IdentifiersBecomeFileNamesThatStayInTheFolder) {
                                                  "camera_x%2F..%2F..%2Fesc.cfg"}));
 }
 
+TEST_F(ManagerTest, WindowsDeviceNamesDrivesAndSeparatorsBecomeOrdinaryFilesInTheFolder) {
+    // On Windows a file named CON or COM1 is a device, "C:x" is a file on drive C and a
+    // backslash a separator: each file must exist here and hold what was saved for its camera.
+    const std::vector<std::pair<std::string, std::string>> idsAndFiles = {
+        {"CON", "camera_CON.cfg"},
+        {"nul", "camera_nul.cfg"},
+        {"COM1", "camera_COM1.cfg"},
+        {"LPT9", "camera_LPT9.cfg"},
+        {"AUX", "camera_AUX.cfg"},
+        {"PRN.txt", "camera_PRN.txt.cfg"},
+        {"CONIN$", "camera_CONIN%24.cfg"},
+        {"COM\xC2\xB9", "camera_COM%C2%B9.cfg"},
+        {"C:x", "camera_C%3Ax.cfg"},
+        {"a\\b", "camera_a%5Cb.cfg"},
+        {"\\\\?\\C:\\x", "camera_%5C%5C%3F%5CC%3A%5Cx.cfg"},
+        {"x.", "camera_x..cfg"},
+        {"x ", "camera_x%20.cfg"}};
+    for (const auto& entry : idsAndFiles) fakes.alpha.deviceIds.push_back(entry.first);
+    manager->initializeAllDrivers();
+    for (std::size_t i = 0; i < idsAndFiles.size(); ++i) {
+        const std::string& id = idsAndFiles[i].first;
+        ASSERT_NE(manager->createCamera(id.c_str(), kAlphaType), nullptr) << id;
+        manager->getCameraConfig(id)->setValue("Camera", std::to_string(i).c_str());
+        EXPECT_TRUE(manager->saveCameraConfig(id)) << id;
+    }
+    std::vector<std::string> expected, written;
+    for (const auto& entry : idsAndFiles) expected.push_back(entry.second);
+    for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::current_path()))
+        written.push_back(entry.path().filename().string());
+    std::sort(expected.begin(), expected.end());
+    std::sort(written.begin(), written.end());
+    EXPECT_EQ(written, expected);
+    for (std::size_t i = 0; i < idsAndFiles.size(); ++i)
+        EXPECT_EQ(telvarra::test::readLines(directory.file(idsAndFiles[i].second)),
+                  std::vector<std::string>{"Camera=" + std::to_string(i)})
+            << idsAndFiles[i].first;
+}
+
 TEST_F(ManagerTest, CreateGoesOnAfterADriverThatMakesNoCamera) {
     fakes.alpha.deviceIds = fakes.beta.deviceIds = {"shared"};
     fakes.alpha.createResult = false;
