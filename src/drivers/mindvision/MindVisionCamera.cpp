@@ -201,8 +201,10 @@ bool MindVisionCamera::deviceStillConnected() {
 }
 
 bool MindVisionCamera::closeDevice() {
-    if (deviceOpen()) retryGivingBack();
-    if (deviceOpen() && !succeeded(MV_CALL(CameraUnInit, m_handle))) return false;
+    if (deviceOpen()) {
+        retryGivingBack();
+        if (!succeeded(MV_CALL(CameraUnInit, m_handle))) return false;
+    }
     m_handle = -1;
     m_unreturned.forget();
     m_output.reset();
@@ -347,8 +349,8 @@ PercentControl MindVisionCamera::steppedControl(const SteppedSetting& setting) {
             [this, setting](double value) {
                 // The bounds are unsigned; the SDK takes an int.
                 const double step = std::min(value, double(std::numeric_limits<int>::max()));
-                return succeeded(
-                    callSdk(m_sdk.*setting.set, setting.setName, m_handle, static_cast<int>(step)));
+                return succeeded(callSdk(m_sdk.*setting.set, setting.setName, m_handle,
+                                         static_cast<int>(step)));
             },
             PercentArithmetic::ScaleThenDivide, bounds};
 }
