@@ -742,7 +742,11 @@ EdsError CanonSimulator::downloadEvfImage(EdsCameraRef camera, EdsEvfImageRef im
             return EDS_ERR_OBJECT_NOTREADY;
         }
         const DeviceFrame frame = device.model.nextFrameHeader();
-        const std::vector<std::uint8_t> jpeg = pictureJpeg(device.model.picture(), frame.number);
+        const PictureCamera view = device.model.picture();
+        std::vector<std::uint8_t> pixels(frameBytes(PixelFormat::Rgb8, view.width, view.height));
+        device.model.draw(PixelFormat::Rgb8, frame.number, view.width, view.height, pixels.data());
+        const std::vector<std::uint8_t> jpeg =
+            encodeJpeg(PixelFormat::Rgb8, pixels.data(), view.width, view.height, kJpegQuality);
         stream->data.clear();
         stream->picture.reset();
         const EdsError written = writeToStream(*stream, jpeg.data(), jpeg.size());

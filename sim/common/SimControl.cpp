@@ -41,6 +41,10 @@ int DeviceSeed(SimulatorBase& simulator, const char* id, unsigned int* seed) {
     return deliver(simulator.deviceSeed(text(id)), seed);
 }
 
+int PrepareFrames(SimulatorBase& simulator, const char* id, int on) {
+    return result(simulator.prepareFrames(text(id), on != 0));
+}
+
 void FailCall(SimulatorBase& simulator, const char* function, int status, unsigned int nth) {
     simulator.failCall(text(function), status, nth);
 }

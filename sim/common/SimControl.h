@@ -28,6 +28,10 @@
  *     Frames delivered in the device's current (or last) session: the last one's number.
  * <Prefix>_DeviceSeed(id, &seed)
  *     The test-pattern seed of a device.
+ * <Prefix>_PrepareFrames(id, on)
+ *     On (non-zero): from now on every frame of the device shows one picture, drawn once, so that
+ *     a host's frame path can be timed without the pattern's drawing; frame numbers still count.
+ *     0: each frame is drawn again.
  * <Prefix>_FailCall(function, status, nth), <Prefix>_FailAlways(function, status),
  * <Prefix>_ClearFaults()
  *     Fault plan. `function` is an exported SDK name. The nth call from now (1: the next) fails
@@ -64,6 +68,7 @@
     X(prefix, extra, int, IsGrabbing, (const char* id), (, id))                                   \
     X(prefix, extra, int, FramesDelivered, (const char* id, unsigned int* count), (, id, count))  \
     X(prefix, extra, int, DeviceSeed, (const char* id, unsigned int* seed), (, id, seed))         \
+    X(prefix, extra, int, PrepareFrames, (const char* id, int on), (, id, on))                    \
     X(prefix, extra, void, FailCall, (const char* function, int status, unsigned int nth),        \
       (, function, status, nth))                                                                  \
     X(prefix, extra, void, FailAlways, (const char* function, int status), (, function, status))  \

@@ -38,6 +38,7 @@ int IsOpen(SimulatorBase& simulator, const char* id);
 int IsGrabbing(SimulatorBase& simulator, const char* id);
 int FramesDelivered(SimulatorBase& simulator, const char* id, unsigned int* count);
 int DeviceSeed(SimulatorBase& simulator, const char* id, unsigned int* seed);
+int PrepareFrames(SimulatorBase& simulator, const char* id, int on);
 void FailCall(SimulatorBase& simulator, const char* function, int status, unsigned int nth);
 void FailAlways(SimulatorBase& simulator, const char* function, int status);
 void ClearFaults(SimulatorBase& simulator);

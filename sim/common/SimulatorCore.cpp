@@ -117,6 +117,13 @@ std::optional<std::uint32_t> SimulatorBase::deviceSeed(const std::string& id) {
     return readDevice(id, [](const VirtualDevice& model) { return model.description().seed; });
 }
 
+bool SimulatorBase::prepareFrames(const std::string& id, bool on) {
+    return controlDevice(id, [&](VirtualDevice& model) {
+        model.setPreparedFrames(on);
+        return std::string();
+    });
+}
+
 void SimulatorBase::failCall(const std::string& function, int status, std::uint32_t nth) {
     const auto guard = lock();
     m_faults.failOnCall(function, status, nth);

@@ -58,6 +58,7 @@ class SimulatorBase {
     std::optional<bool> isGrabbing(const std::string& id);
     std::optional<std::uint32_t> framesDelivered(const std::string& id);
     std::optional<std::uint32_t> deviceSeed(const std::string& id);
+    bool prepareFrames(const std::string& id, bool on);
     void failCall(const std::string& function, int status, std::uint32_t nth);
     void failAlways(const std::string& function, int status);
     void clearFaults();

@@ -77,9 +77,48 @@ DeviceFrame VirtualDevice::nextFrameHeader() {
 
 DeviceFrame VirtualDevice::nextFrame() {
     DeviceFrame frame = nextFrameHeader();
+    if (m_prepared) {
+        // One pass over the frame, as a camera's transfer into the SDK's memory would be.
+        const std::vector<std::uint8_t>& bytes =
+            preparedPicture(m_format, frame.number, frame.width, frame.height);
+        frame.data.assign(bytes.begin(), bytes.end());
+        return frame;
+    }
     frame.data.resize(frameBytes(m_format, frame.width, frame.height));
     renderFrame(picture(), m_format, frame.number, frame.width, frame.height, frame.data.data());
     return frame;
+}
+
+void VirtualDevice::draw(PixelFormat format, std::uint32_t number, std::uint32_t width,
+                         std::uint32_t height, std::uint8_t* target) {
+    if (!m_prepared) {
+        renderFrame(picture(), format, number, width, height, target);
+        return;
+    }
+    const std::vector<std::uint8_t>& bytes = preparedPicture(format, number, width, height);
+    std::copy(bytes.begin(), bytes.end(), target);
+}
+
+const std::vector<std::uint8_t>& VirtualDevice::preparedPicture(PixelFormat format,
+                                                                std::uint32_t number,
+                                                                std::uint32_t width,
+                                                                std::uint32_t height) {
+    auto prepared = std::find_if(
+        m_preparedPictures.begin(), m_preparedPictures.end(), [&](const Prepared& picture) {
+            return picture.format == format && picture.width == width && picture.height == height;
+        });
+    if (prepared == m_preparedPictures.end()) {
+        Prepared picture{format, width, height,
+                         std::vector<std::uint8_t>(frameBytes(format, width, height))};
+        renderFrame(this->picture(), format, number, width, height, picture.bytes.data());
+        prepared = m_preparedPictures.insert(m_preparedPictures.end(), std::move(picture));
+    }
+    return prepared->bytes;
+}
+
+void VirtualDevice::setPreparedFrames(bool on) {
+    m_prepared = on;
+    m_preparedPictures.clear();
 }
 
 }  // namespace telvarra::sim

@@ -79,18 +79,37 @@ class VirtualDevice {
 
     // Renders the next frame of the session and counts it.
     DeviceFrame nextFrame();
+    // The top-left `width` x `height` pixels of frame `number` in `format` into `target`
+    // (renderFrame), or, with prepared frames on, the prepared picture of that shape.
+    void draw(PixelFormat format, std::uint32_t number, std::uint32_t width, std::uint32_t height,
+              std::uint8_t* target);
+    // Prepared frames: every frame shows one picture, drawn once, so that a host's own frame
+    // path can be timed without the pattern's drawing. Frame numbers still count.
+    void setPreparedFrames(bool on);
     // Counts the next frame without rendering it (its data stays empty), for makes that render
     // straight into the caller's memory.
     DeviceFrame nextFrameHeader();
     std::uint32_t framesDelivered() const { return m_framesDelivered; }
 
   private:
+    // The prepared picture of that shape, drawn as frame `number` the first time it is asked for.
+    const std::vector<std::uint8_t>& preparedPicture(PixelFormat format, std::uint32_t number,
+                                                     std::uint32_t width, std::uint32_t height);
+
     DeviceDescription m_description;
     PixelFormat m_format;
     bool m_plugged = true;
     const void* m_owner = nullptr;
     bool m_grabbing = false;
     std::uint32_t m_framesDelivered = 0;
+    bool m_prepared = false;
+    struct Prepared {
+        PixelFormat format;
+        std::uint32_t width;
+        std::uint32_t height;
+        std::vector<std::uint8_t> bytes;
+    };
+    std::vector<Prepared> m_preparedPictures;  // one per shape asked for
 };
 
 }  // namespace telvarra::sim

@@ -554,8 +554,8 @@ GX_STATUS DaHengSimulator::getImage(void* device, GX_FRAME_DATA* frame, std::uin
         // An incomplete frame lost its lower rows; the caller's bytes there stay as they were.
         const bool incomplete = std::exchange(target.state.nextFrameIncomplete, false);
         // The region starts at the sensor's corner, so it is the pattern's top-left crop.
-        renderFrame(target.model.picture(), next.format, next.number, width,
-                    incomplete ? height / 2 : height, static_cast<std::uint8_t*>(frame->pImgBuf));
+        target.model.draw(next.format, next.number, width, incomplete ? height / 2 : height,
+                          static_cast<std::uint8_t*>(frame->pImgBuf));
         frame->nStatus = incomplete ? GX_FRAME_STATUS_INCOMPLETE : GX_FRAME_STATUS_SUCCESS;
         frame->nWidth = static_cast<std::int32_t>(width);
         frame->nHeight = static_cast<std::int32_t>(height);

@@ -74,5 +74,29 @@ TEST_F(HikSimFrameTest, AtMostTheNodeCountIsLentAndUnreturnedBuffersStayCounted)
     EXPECT_EQ(HikSim_OutstandingBuffers(), 0u);
 }
 
+// Every simulator draws through the same device model: one make shows the mode for all.
+TEST_F(HikSimFrameTest, PreparedFramesRepeatOnePictureWhileTheNumbersCount) {
+    addDevice("id=T6 size=40x30 format=rgb8");
+    void* handle = startStreaming("T6");
+    const auto grab = [&](unsigned int& number) {
+        MV_FRAME_OUT frame{};
+        EXPECT_EQ(MV_CC_GetImageBuffer(handle, &frame, 2000), MV_OK);
+        const Bytes bytes(frame.pBufAddr, frame.pBufAddr + frame.stFrameInfo.nFrameLen);
+        number = frame.stFrameInfo.nFrameNum;
+        EXPECT_EQ(MV_CC_FreeImageBuffer(handle, &frame), MV_OK);
+        return bytes;
+    };
+    unsigned int number = 0;
+    const Bytes first = grab(number);
+    EXPECT_EQ(HikSim_PrepareFrames("T6", 1), 0);
+    const Bytes second = grab(number);
+    EXPECT_NE(second, first);
+    EXPECT_EQ(grab(number), second);
+    EXPECT_EQ(number, 3u);
+    EXPECT_EQ(HikSim_PrepareFrames("T6", 0), 0);
+    EXPECT_NE(grab(number), second);
+    EXPECT_EQ(HikSim_PrepareFrames("nobody", 1), -1);
+}
+
 }  // namespace
 }  // namespace telvarra::test
