@@ -149,10 +149,8 @@ void grabFrames(benchmark::State& state, const Case& c) {
 void registerFacadeBenchmarks() {
     findSdkLibraries();
     for (const Case& c : cases()) {
-        benchmark::RegisterBenchmark(benchmarkName(c).c_str(),
-                                     [c](benchmark::State& state) { grabFrames(state, c); })
-            ->Unit(benchmark::kMillisecond)
-            ->UseRealTime();
+        repeatForTheBest(benchmark::RegisterBenchmark(
+            benchmarkName(c).c_str(), [c](benchmark::State& state) { grabFrames(state, c); }));
     }
 }
 

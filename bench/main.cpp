@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "Results.h"
+#include "api/FrameKernels.h"
 #include "telvarra/CameraLogger.h"
 
 int main(int argc, char** argv) {
@@ -19,7 +20,8 @@ int main(int argc, char** argv) {
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
 
-    std::cout << "\nFrame routines: time per frame as a multiple of memcpy's (and of libyuv's and "
+    std::cout << "\nFrame routines (" << telvarra::frameKernels().name
+              << " kernels): time per frame as a multiple of memcpy's (and of libyuv's and "
                  "OpenCV's)\n\n";
     printRoutineTable();
     std::cout << "\ngetCurrentFrame through the facade on a prepared simulator frame\n\n";

@@ -1,13 +1,17 @@
 #include "api/FrameRoutines.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 namespace telvarra {
 
 namespace {
+
+// From this size on a frame does not stay in the caches for its reader anyway: the kernels then
+// write it past them (FrameKernels, `stream`).
+constexpr std::size_t kStreamingBytes = std::size_t{4} << 20;
 
 bool channelsSupported(int32_t channels) { return channels == 1 || channels == 3; }
 
@@ -25,71 +29,9 @@ int32_t checkMirrorArguments(int32_t width, int32_t height, const unsigned char*
     return kFrameDone;
 }
 
-// Swaps pixels first/last moving inwards; the bytes inside a pixel keep their order.
-template <std::size_t PixelBytes>
-void reversePixels(unsigned char* first, std::size_t pixelCount) {
-    unsigned char* last = first + (pixelCount - 1) * PixelBytes;
-    for (; first < last; first += PixelBytes, last -= PixelBytes) {
-        std::swap_ranges(first, first + PixelBytes, last);
-    }
-}
-
-template <>
-void reversePixels<1>(unsigned char* first, std::size_t pixelCount) {
-    std::reverse(first, first + pixelCount);
-}
-
-template <std::size_t PixelBytes>
-void reverseEveryRow(unsigned char* buffer, std::size_t width, std::size_t height) {
-    const std::size_t rowBytes = width * PixelBytes;
-    for (std::size_t row = 0; row < height; ++row) {
-        reversePixels<PixelBytes>(buffer + row * rowBytes, width);
-    }
-}
-
-// Walks the frame in square tiles so that both the reads and the writes stay in cache. Inside a
-// tile each destination row is written front to back while the source is read down a column.
-// The destination frame is `height` pixels wide and `width` rows high.
-template <std::size_t PixelBytes, bool Clockwise>
-void rotateInto(const unsigned char* source, unsigned char* destination, std::size_t width,
-                std::size_t height) {
-    constexpr std::size_t kTile = 64;
-    const std::ptrdiff_t sourceRow = static_cast<std::ptrdiff_t>(width * PixelBytes);
-    const std::ptrdiff_t sourceStep = Clockwise ? -sourceRow : sourceRow;
-    for (std::size_t tileX = 0; tileX < width; tileX += kTile) {
-        const std::size_t endX = std::min(tileX + kTile, width);
-        for (std::size_t tileY = 0; tileY < height; tileY += kTile) {
-            const std::size_t endY = std::min(tileY + kTile, height);
-            // Clockwise, source row y lands in column height - 1 - y: walk the rows upwards.
-            const std::size_t firstColumn = Clockwise ? height - endY : tileY;
-            const std::size_t firstSourceRow = Clockwise ? endY - 1 : tileY;
-            for (std::size_t x = tileX; x < endX; ++x) {
-                const std::size_t row = Clockwise ? x : width - 1 - x;
-                unsigned char* target = destination + (row * height + firstColumn) * PixelBytes;
-                const unsigned char* pixel = source + (firstSourceRow * width + x) * PixelBytes;
-                for (std::size_t n = endY - tileY; n > 0; --n, target += PixelBytes) {
-                    std::memcpy(target, pixel, PixelBytes);
-                    pixel += sourceStep;
-                }
-            }
-        }
-    }
-}
-
-template <std::size_t PixelBytes>
-void rotate(unsigned char* buffer, std::size_t width, std::size_t height, int32_t turns) {
-    if (turns == 2) {
-        reversePixels<PixelBytes>(buffer, width * height);
-        return;
-    }
-    const std::size_t frameBytes = width * height * PixelBytes;
-    std::vector<unsigned char> rotated(frameBytes);
-    if (turns == 1) {
-        rotateInto<PixelBytes, true>(buffer, rotated.data(), width, height);
-    } else {
-        rotateInto<PixelBytes, false>(buffer, rotated.data(), width, height);
-    }
-    std::memcpy(buffer, rotated.data(), frameBytes);
+void reversePixels(unsigned char* first, std::size_t pixels, int32_t channels) {
+    const FrameKernels& kernels = frameKernels();
+    (channels == 1 ? kernels.reverseRow1 : kernels.reverseRow3)(first, pixels);
 }
 
 }  // namespace
@@ -98,13 +40,9 @@ int32_t mirrorHorizontal(int32_t width, int32_t height, unsigned char*& buffer, 
                          int32_t channels) {
     const int32_t check = checkMirrorArguments(width, height, buffer, dataSize, channels);
     if (check != kFrameDone) return check;
-    if (channels == 1) {
-        reverseEveryRow<1>(buffer, static_cast<std::size_t>(width),
-                           static_cast<std::size_t>(height));
-    } else {
-        reverseEveryRow<3>(buffer, static_cast<std::size_t>(width),
-                           static_cast<std::size_t>(height));
-    }
+    const std::size_t rowBytes = static_cast<std::size_t>(width) * channels;
+    for (int32_t row = 0; row < height; ++row)
+        reversePixels(buffer + row * rowBytes, static_cast<std::size_t>(width), channels);
     return kFrameDone;
 }
 
@@ -112,16 +50,20 @@ int32_t mirrorVertical(int32_t width, int32_t height, unsigned char*& buffer, in
                        int32_t channels) {
     const int32_t check = checkMirrorArguments(width, height, buffer, dataSize, channels);
     if (check != kFrameDone) return check;
-    const std::size_t rowBytes =
-        static_cast<std::size_t>(width) * static_cast<std::size_t>(channels);
-    // Whole rows swap through one spare row: three block copies beat a byte-wise swap.
-    std::vector<unsigned char> spare(rowBytes);
+    const std::size_t rowBytes = static_cast<std::size_t>(width) * channels;
+    // Rows swap through a spare piece on the stack, a piece at a time: block copies, and no
+    // allocation.
+    constexpr std::size_t kPiece = 4096;
+    unsigned char spare[kPiece];
     unsigned char* top = buffer;
     unsigned char* bottom = buffer + (static_cast<std::size_t>(height) - 1) * rowBytes;
     for (; top < bottom; top += rowBytes, bottom -= rowBytes) {
-        std::memcpy(spare.data(), top, rowBytes);
-        std::memcpy(top, bottom, rowBytes);
-        std::memcpy(bottom, spare.data(), rowBytes);
+        for (std::size_t done = 0; done < rowBytes; done += kPiece) {
+            const std::size_t bytes = std::min(kPiece, rowBytes - done);
+            std::memcpy(spare, top + done, bytes);
+            std::memcpy(top + done, bottom + done, bytes);
+            std::memcpy(bottom + done, spare, bytes);
+        }
     }
     return kFrameDone;
 }
@@ -135,15 +77,81 @@ int32_t rotateQuarterTurns(int32_t& width, int32_t& height, unsigned char*& buff
     // Not among the refusals callers rely on, but a null frame must never be touched.
     if (!buffer) return kFrameNullBuffer;
 
-    const auto sourceWidth = static_cast<std::size_t>(width);
-    const auto sourceHeight = static_cast<std::size_t>(height);
-    if (channels == 1) {
-        rotate<1>(buffer, sourceWidth, sourceHeight, turns);
-    } else {
-        rotate<3>(buffer, sourceWidth, sourceHeight, turns);
+    const std::size_t pixels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    if (turns == 2) {
+        // A half turn reverses the whole frame as one long row.
+        reversePixels(buffer, pixels, channels);
+        return kFrameDone;
     }
-    if (turns != 2) std::swap(width, height);
+    // A quarter turn cannot stay in place: it goes through a block of its own and back.
+    const std::size_t rowBytes = static_cast<std::size_t>(width) * channels;
+    std::vector<unsigned char> turned(pixels * channels);
+    orientFrame(buffer, static_cast<std::ptrdiff_t>(rowBytes), width, height, channels,
+                orientationOf(false, false, turns), turned.data(),
+                static_cast<std::ptrdiff_t>(height) * channels);
+    std::memcpy(buffer, turned.data(), turned.size());
+    std::swap(width, height);
     return kFrameDone;
+}
+
+Orientation orientationOf(bool leftRight, bool topBottom, int32_t turns) {
+    // A quarter turn clockwise is the source read bottom to top, then transposed; half a turn
+    // reads it both ways round; three quarters read it right to left, then transpose. Mirrors
+    // before a turn add their own reversal.
+    switch (turns & 3) {
+        case 1:
+            return {true, leftRight, !topBottom};
+        case 2:
+            return {false, !leftRight, !topBottom};
+        case 3:
+            return {true, !leftRight, topBottom};
+        default:
+            return {false, leftRight, topBottom};
+    }
+}
+
+void orientFrame(const unsigned char* source, std::ptrdiff_t sourceStride, int32_t width,
+                 int32_t height, int32_t pixelBytes, const Orientation& orientation,
+                 unsigned char* target, std::ptrdiff_t targetStride, const FrameKernels& kernels) {
+    if (width < 1 || height < 1) return;
+    const auto columns = static_cast<std::size_t>(width);
+    const auto rows = static_cast<std::size_t>(height);
+    const std::size_t rowBytes = columns * static_cast<std::size_t>(pixelBytes);
+    // Streamed writes paid, as measured, for 3-byte pixels only, and not with the target written
+    // from its last row up.
+    const bool large = pixelBytes == 3 && rowBytes * rows >= kStreamingBytes;
+    if (orientation.transpose) {
+        if (orientation.flipY) {
+            source += (height - 1) * sourceStride;
+            sourceStride = -sourceStride;
+        }
+        // The source read right to left is the target's rows in reverse order.
+        if (orientation.flipX) {
+            target += (width - 1) * targetStride;
+            targetStride = -targetStride;
+        }
+        (pixelBytes == 1 ? kernels.transpose1 : kernels.transpose3)(
+            source, sourceStride, target, targetStride, columns, rows, large);
+        return;
+    }
+    // The source is read as one stream the processor prefetches, never a row at a time against
+    // the direction of its rows: upside down, the target is written from its last row up.
+    if (orientation.flipY) {
+        target += (height - 1) * targetStride;
+        targetStride = -targetStride;
+    }
+    if (!orientation.flipX) {
+        if (sourceStride == targetStride && sourceStride == static_cast<std::ptrdiff_t>(rowBytes)) {
+            std::memcpy(target, source, rowBytes * rows);
+            return;
+        }
+        for (std::size_t row = 0; row < rows; ++row, source += sourceStride, target += targetStride)
+            std::memcpy(target, source, rowBytes);
+        return;
+    }
+    const auto mirrorRow = pixelBytes == 1 ? kernels.mirrorRow1 : kernels.mirrorRow3;
+    for (std::size_t row = 0; row < rows; ++row, source += sourceStride, target += targetStride)
+        mirrorRow(source, target, columns, large && !orientation.flipY);
 }
 
 }  // namespace telvarra
