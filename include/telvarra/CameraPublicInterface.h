@@ -102,9 +102,10 @@ class TELVARRA_API CameraPublicInterface {
     using CameraCall = std::function<bool(ICamera&)>;
     // Null (after the "not opened" line at `notOpenedLevel`) when the camera is not open.
     ICamera* findOpenCamera(const char* cameraId, LogLevel notOpenedLevel) const;
-    // The per-call pattern: lookup, one camera call, the failure or success line.
-    bool callCamera(const char* cameraId, const CameraCall& call, const std::string& failure,
-                    const std::string& success);
+    // The per-call pattern: lookup, one camera call, the failure or success line. The lines are
+    // built only when written: frames are polled, and their path allocates nothing.
+    bool callCamera(const char* cameraId, const CameraCall& call, std::string_view failure,
+                    std::string_view success);
     bool setFixedControl(const char* cameraId, const char* operation, const char* configKey,
                          int32_t value, const CameraCall& call);
     bool getFixedControl(const char* cameraId, const char* operation, const CameraCall& call);

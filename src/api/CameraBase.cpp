@@ -150,7 +150,9 @@ bool CameraBase::getCurrentFrame(ImageData& image, int32_t) {
         return false;
     }
     std::lock_guard<QCriticalSection> guard(m_frameLock);
-    return fetchFrame(image) && (!m_softwareFrames || m_softwareFrames->apply(image));
+    if (!m_softwareFrames) return fetchFrame(image);
+    m_softwareFrames->startFrame();
+    return fetchFrame(image) && m_softwareFrames->finishFrame(image);
 }
 
 bool CameraBase::getCurrentFrameToBuffer(unsigned char* buffer, int32_t size, ImageData& image,

@@ -119,6 +119,8 @@ class CameraBase : public ICamera {
     // True when the open device still answers, so that reconnecting has nothing to do.
     virtual bool deviceStillConnected() { return false; }
     // One frame into the camera's own buffer, described in `image`. Runs under the frame lock.
+    // A make that copies the SDK's frame out takes it through the software frame path's copyFrom,
+    // which mirrors, turns and zooms on the way; otherwise the base applies the path after.
     virtual bool fetchFrame(ImageData& image) = 0;
     // A parameter after its log line; by default the software zoom commands of an open device.
     virtual bool applyParameter(const std::string& name, const std::string& value);

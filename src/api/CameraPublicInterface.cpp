@@ -49,15 +49,14 @@ ICamera* CameraPublicInterface::findOpenCamera(const char* cameraId,
 }
 
 bool CameraPublicInterface::callCamera(const char* cameraId, const CameraCall& call,
-                                       const std::string& failure, const std::string& success) {
-    const std::string id = text(cameraId);
+                                       std::string_view failure, std::string_view success) {
     ICamera* camera = findOpenCamera(cameraId, LogLevel::Error);
     if (!camera) return false;
     if (!call(*camera)) {
-        if (!failure.empty()) logLine(LogLevel::Error, failure + id);
+        if (!failure.empty()) logLine(LogLevel::Error, std::string(failure) + text(cameraId));
         return false;
     }
-    if (!success.empty()) logLine(LogLevel::Info, success + id);
+    if (!success.empty()) logLine(LogLevel::Info, std::string(success) + text(cameraId));
     return true;
 }
 

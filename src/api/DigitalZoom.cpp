@@ -1,8 +1,5 @@
 #include "api/DigitalZoom.h"
 
-#include <cstddef>
-#include <cstring>
-
 namespace telvarra {
 
 std::optional<ZoomWindow> zoomWindow(int32_t level, int32_t width, int32_t height) {
@@ -21,15 +18,6 @@ std::optional<ZoomWindow> zoomWindow(int32_t level, int32_t width, int32_t heigh
         return std::nullopt;
     }
     return window;
-}
-
-void cropToWindow(unsigned char* frame, int32_t width, int32_t channels, const ZoomWindow& window) {
-    const auto rowBytes = static_cast<std::size_t>(window.width) * channels;
-    for (int32_t row = 0; row < window.height; ++row) {
-        const auto source =
-            (static_cast<std::size_t>(window.top + row) * width + window.left) * channels;
-        std::memmove(frame + row * rowBytes, frame + source, rowBytes);
-    }
 }
 
 }  // namespace telvarra

@@ -1,5 +1,5 @@
 // The two-step digital zoom: a centred window of 640 (first step) or 320 (second step) pixels
-// wide, as high as the frame's aspect ratio makes it, cut out of the frame in place.
+// wide, as high as the frame's aspect ratio makes it (cut out by the software frame path).
 #ifndef TELVARRA_API_DIGITALZOOM_H
 #define TELVARRA_API_DIGITALZOOM_H
 
@@ -22,10 +22,6 @@ struct ZoomWindow {
 // The window of zoom level 1 or 2 for a width x height frame; none when the frame is too small
 // for it (a side under 320 pixels, or a window that would reach outside the frame).
 std::optional<ZoomWindow> zoomWindow(int32_t level, int32_t width, int32_t height);
-
-// Moves the window's rows to the start of `frame` (packed rows of `width` pixels of `channels`
-// bytes). Every row moves to an address at or before its own, so no copy of the frame is needed.
-void cropToWindow(unsigned char* frame, int32_t width, int32_t channels, const ZoomWindow& window);
 
 }  // namespace telvarra
 

@@ -74,6 +74,18 @@ void transposeByTiles(const unsigned char* source, Stride sourceStride, unsigned
                 source + static_cast<Stride>(tileY) * sourceStride + tileX * PixelBytes;
             unsigned char* out =
                 target + static_cast<Stride>(tileX) * targetStride + tileY * PixelBytes;
+            // A tile reads as many rows as it is high, more streams than the processor's own
+            // prefetcher follows: the next tile's source lines are asked for now.
+            if (tileX + Tile < blockColumns) {
+                const std::size_t nextBytes =
+                    std::min(Tile, blockColumns - tileX - Tile) * PixelBytes;
+                for (std::size_t row = 0; row < rows; ++row) {
+                    const unsigned char* next =
+                        in + static_cast<Stride>(row) * sourceStride + Tile * PixelBytes;
+                    for (std::size_t byte = 0; byte < nextBytes; byte += 64)
+                        _mm_prefetch(reinterpret_cast<const char*>(next + byte), _MM_HINT_T0);
+                }
+            }
             if (!stream) {
                 tile(in, sourceStride, out, targetStride, columns, rows);
                 continue;

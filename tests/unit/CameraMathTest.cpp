@@ -74,22 +74,6 @@ TEST(DigitalZoomTest, FramesWithoutRoomForTheWindowAreRefused) {
     EXPECT_FALSE(zoomWindow(3, 1280, 1024));
 }
 
-TEST(DigitalZoomTest, CropMovesTheWindowRowsToTheStart) {
-    constexpr int width = 700, height = 400, channels = 3;
-    std::vector<unsigned char> frame(width * height * channels);
-    for (std::size_t i = 0; i < frame.size(); ++i) frame[i] = static_cast<unsigned char>(i % 251);
-    const std::vector<unsigned char> original = frame;
-    const auto window = zoomWindow(1, width, height);
-    ASSERT_TRUE(window);
-    telvarra::cropToWindow(frame.data(), width, channels, *window);
-    for (int row = 0; row < window->height; ++row) {
-        for (int x = 0; x < window->width * channels; ++x) {
-            const auto source = ((window->top + row) * width + window->left) * channels + x;
-            ASSERT_EQ(frame[row * window->width * channels + x], original[source]);
-        }
-    }
-}
-
 TEST(FrameBufferTest, GrowsToTheLargestFrameAndRefusesAnImpossibleOneWithoutLosingIt) {
     telvarra::FrameBuffer buffer;
     ASSERT_TRUE(buffer.reserve(100));

@@ -278,12 +278,12 @@ bool DvpCamera::fetchFrame(ImageData& image) {
         [&](const FormatPair& candidate) { return candidate.frameFormat == frame.format; });
     if (!pair || frame.bits != BITS_8 || frame.iWidth < 1 || frame.iHeight < 1) return false;
     const uint64_t bytes = uint64_t(frame.iWidth) * uint64_t(frame.iHeight) * pair->channels;
-    if (bytes > frame.uBytes || bytes > uint64_t(std::numeric_limits<int32_t>::max()) ||
-        !m_frameBuffer.reserve(bytes))
+    if (bytes > frame.uBytes || bytes > uint64_t(std::numeric_limits<int32_t>::max())) return false;
+    // Mirrored, turned and zoomed on the way out: one pass.
+    if (!m_softwareFrames->copyFrom(static_cast<const unsigned char*>(buffer), bytes, frame.iWidth,
+                                    frame.iHeight, pair->channels, m_frameBuffer, image))
         return false;
-    std::memcpy(m_frameBuffer.data(), buffer, bytes);
-    describeFrame(image, m_frameBuffer.data(), frame.iWidth, frame.iHeight, pair->channels,
-                  static_cast<int32_t>(bytes));
+    describeFrame(image, image.data, image.width, image.height, pair->channels, image.dataSize);
     // What the frame says it is, also when the format changed since the last one.
     image.format = pair->format;
     return true;

@@ -299,26 +299,26 @@ bool HikVisionCamera::storeFrame(const MV_FRAME_OUT& frame, ImageData& image) {
     const uint64_t rgbBytes = uint64_t{width} * height * 3;
 
     if (!needsConversion(format)) {
-        if (info.nFrameLen > kLargestFrame || !m_frameBuffer.reserve(info.nFrameLen)) return false;
-        std::memcpy(m_frameBuffer.data(), frame.pBufAddr, info.nFrameLen);
-    } else {
-        // Converted straight from the SDK's buffer into ours: no intermediate copy.
-        if (rgbBytes > kLargestFrame || !m_frameBuffer.reserve(rgbBytes)) return false;
-        MV_CC_PIXEL_CONVERT_PARAM_EX convert{};
-        convert.nWidth = width;
-        convert.nHeight = height;
-        convert.enSrcPixelType =
-            format == RUVO_FORMAT_UNKNOWN ? m_rawPixelType : pixelCodeOf(format);
-        convert.pSrcData = frame.pBufAddr;
-        convert.nSrcDataLen = info.nFrameLen;
-        convert.enDstPixelType = PixelType_Gvsp_RGB8_Packed;
-        convert.pDstBuffer = m_frameBuffer.data();
-        convert.nDstBufferSize = static_cast<uint32_t>(m_frameBuffer.size());
-        if (m_sdk.MV_CC_ConvertPixelTypeEx(m_handle, &convert) != MV_OK) return false;
-        // What the SDK wrote: width x height x 3. That is the frame length x 3 for the 8-bit
-        // mosaics, and still right for a raw format of another depth, where x 3 would not be.
-        image.dataSize = static_cast<int32_t>(std::min<uint64_t>(convert.nDstLen, rgbBytes));
+        // Mirrored, turned and zoomed on the way out of the SDK's buffer: one pass.
+        return info.nFrameLen <= kLargestFrame &&
+               m_softwareFrames->copyFrom(frame.pBufAddr, info.nFrameLen, image.width, image.height,
+                                          image.channels, m_frameBuffer, image);
     }
+    // Converted straight from the SDK's buffer into ours: no intermediate copy.
+    if (rgbBytes > kLargestFrame || !m_frameBuffer.reserve(rgbBytes)) return false;
+    MV_CC_PIXEL_CONVERT_PARAM_EX convert{};
+    convert.nWidth = width;
+    convert.nHeight = height;
+    convert.enSrcPixelType = format == RUVO_FORMAT_UNKNOWN ? m_rawPixelType : pixelCodeOf(format);
+    convert.pSrcData = frame.pBufAddr;
+    convert.nSrcDataLen = info.nFrameLen;
+    convert.enDstPixelType = PixelType_Gvsp_RGB8_Packed;
+    convert.pDstBuffer = m_frameBuffer.data();
+    convert.nDstBufferSize = static_cast<uint32_t>(m_frameBuffer.size());
+    if (m_sdk.MV_CC_ConvertPixelTypeEx(m_handle, &convert) != MV_OK) return false;
+    // What the SDK wrote: width x height x 3. That is the frame length x 3 for the 8-bit
+    // mosaics, and still right for a raw format of another depth, where x 3 would not be.
+    image.dataSize = static_cast<int32_t>(std::min<uint64_t>(convert.nDstLen, rgbBytes));
     image.data = m_frameBuffer.data();
     return true;
 }
