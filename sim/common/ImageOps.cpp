@@ -15,33 +15,73 @@ std::size_t at(std::uint32_t x, std::uint32_t y, std::uint32_t width) {
 
 }  // namespace
 
+namespace {
+
+// The rounded mean of the samples of each colour in the 3 x 3 window around (x, y), cut at the
+// image's edge; the site's own colour is its own sample.
+void demosaicByWindow(PixelFormat mosaic, const std::uint8_t* raw, std::uint32_t width,
+                      std::uint32_t height, std::uint32_t x, std::uint32_t y, std::uint8_t* rgb) {
+    const std::uint32_t top = y == 0 ? 0 : y - 1;
+    const std::uint32_t bottom = std::min(y + 1, height - 1);
+    const std::uint32_t left = x == 0 ? 0 : x - 1;
+    const std::uint32_t right = std::min(x + 1, width - 1);
+    std::uint32_t sum[3] = {0, 0, 0};
+    std::uint32_t count[3] = {0, 0, 0};
+    for (std::uint32_t j = top; j <= bottom; ++j) {
+        for (std::uint32_t i = left; i <= right; ++i) {
+            const std::uint32_t channel = bayerChannelAt(mosaic, i, j);
+            sum[channel] += raw[at(i, j, width)];
+            ++count[channel];
+        }
+    }
+    const std::uint32_t own = bayerChannelAt(mosaic, x, y);
+    std::uint8_t* pixel = rgb + at(x, y, width) * 3;
+    for (std::uint32_t channel = 0; channel < 3; ++channel) {
+        if (channel == own)
+            pixel[channel] = raw[at(x, y, width)];
+        else if (count[channel] == 0)
+            pixel[channel] = 0;
+        else
+            pixel[channel] =
+                static_cast<std::uint8_t>((sum[channel] + count[channel] / 2) / count[channel]);
+    }
+}
+
+}  // namespace
+
+// Inside the edge the window always holds the same samples: a red or blue site has four greens
+// beside it and four of the other colour at its corners; a green site two of one colour beside
+// it and two of the other above and below. The same means, written out: an SDK's conversion
+// keeps up with its camera, and so does this one.
 void demosaicBilinear(PixelFormat mosaic, const std::uint8_t* raw, std::uint32_t width,
                       std::uint32_t height, std::uint8_t* rgb) {
     for (std::uint32_t y = 0; y < height; ++y) {
-        const std::uint32_t top = y == 0 ? 0 : y - 1;
-        const std::uint32_t bottom = std::min(y + 1, height - 1);
-        for (std::uint32_t x = 0; x < width; ++x) {
-            const std::uint32_t left = x == 0 ? 0 : x - 1;
-            const std::uint32_t right = std::min(x + 1, width - 1);
-            std::uint32_t sum[3] = {0, 0, 0};
-            std::uint32_t count[3] = {0, 0, 0};
-            for (std::uint32_t j = top; j <= bottom; ++j) {
-                for (std::uint32_t i = left; i <= right; ++i) {
-                    const std::uint32_t channel = bayerChannelAt(mosaic, i, j);
-                    sum[channel] += raw[at(i, j, width)];
-                    ++count[channel];
-                }
-            }
-            const std::uint32_t own = bayerChannelAt(mosaic, x, y);
+        if (y == 0 || y + 1 >= height || width < 3) {
+            for (std::uint32_t x = 0; x < width; ++x)
+                demosaicByWindow(mosaic, raw, width, height, x, y, rgb);
+            continue;
+        }
+        demosaicByWindow(mosaic, raw, width, height, 0, y, rgb);
+        demosaicByWindow(mosaic, raw, width, height, width - 1, y, rgb);
+        const std::uint8_t* above = raw + at(0, y - 1, width);
+        const std::uint8_t* row = raw + at(0, y, width);
+        const std::uint8_t* below = raw + at(0, y + 1, width);
+        const std::uint32_t own[2] = {bayerChannelAt(mosaic, 0, y), bayerChannelAt(mosaic, 1, y)};
+        const std::uint32_t vertical[2] = {bayerChannelAt(mosaic, 0, y + 1),
+                                           bayerChannelAt(mosaic, 1, y + 1)};
+        for (std::uint32_t x = 1; x + 1 < width; ++x) {
+            const std::uint32_t parity = x & 1;
             std::uint8_t* pixel = rgb + at(x, y, width) * 3;
-            for (std::uint32_t channel = 0; channel < 3; ++channel) {
-                if (channel == own)
-                    pixel[channel] = raw[at(x, y, width)];
-                else if (count[channel] == 0)
-                    pixel[channel] = 0;
-                else
-                    pixel[channel] = static_cast<std::uint8_t>((sum[channel] + count[channel] / 2) /
-                                                               count[channel]);
+            pixel[own[parity]] = row[x];
+            if (own[parity] == kGreen) {
+                pixel[own[1 - parity]] =
+                    static_cast<std::uint8_t>((row[x - 1] + row[x + 1] + 1) >> 1);
+                pixel[vertical[parity]] = static_cast<std::uint8_t>((above[x] + below[x] + 1) >> 1);
+            } else {
+                pixel[kGreen] = static_cast<std::uint8_t>(
+                    (above[x] + below[x] + row[x - 1] + row[x + 1] + 2) >> 2);
+                pixel[kRed + kBlue - own[parity]] = static_cast<std::uint8_t>(
+                    (above[x - 1] + above[x + 1] + below[x - 1] + below[x + 1] + 2) >> 2);
             }
         }
     }

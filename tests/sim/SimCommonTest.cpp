@@ -269,6 +269,43 @@ TEST(DemosaicTest, InterpolatesALinearRampExactlyInsideAndCutsTheWindowAtTheEdge
     EXPECT_EQ(rgb[3 * 3 + 2], 80);
 }
 
+// The 3 x 3 window's rounded means, written out plainly here, against the demosaic on every mosaic
+// and on sizes from a single site up, odd and even, so that its edges and inside agree.
+TEST(DemosaicTest, EverySiteIsTheRoundedMeanOfItsWindowOnEveryMosaicAndSize) {
+    std::uint32_t seed = 1;
+    for (PixelFormat mosaic : {PixelFormat::BayerGR8, PixelFormat::BayerRG8, PixelFormat::BayerGB8,
+                               PixelFormat::BayerBG8}) {
+        for (std::uint32_t w : {1u, 2u, 3u, 4u, 7u, 10u}) {
+            for (std::uint32_t h : {1u, 2u, 3u, 5u, 8u}) {
+                Bytes raw(w * h), rgb(w * h * 3);
+                for (auto& sample : raw)
+                    sample = static_cast<std::uint8_t>((seed = seed * 1103515245u + 12345u) >> 16);
+                demosaicBilinear(mosaic, raw.data(), w, h, rgb.data());
+                for (std::uint32_t y = 0; y < h; ++y) {
+                    for (std::uint32_t x = 0; x < w; ++x) {
+                        std::uint32_t sum[3] = {}, count[3] = {};
+                        for (std::uint32_t j = y ? y - 1 : 0; j <= std::min(y + 1, h - 1); ++j) {
+                            for (std::uint32_t i = x ? x - 1 : 0; i <= std::min(x + 1, w - 1);
+                                 ++i) {
+                                sum[bayerChannelAt(mosaic, i, j)] += raw[j * w + i];
+                                ++count[bayerChannelAt(mosaic, i, j)];
+                            }
+                        }
+                        for (std::uint32_t c = 0; c < 3; ++c) {
+                            const std::uint32_t expected =
+                                c == bayerChannelAt(mosaic, x, y) ? raw[y * w + x]
+                                : count[c] == 0                   ? 0
+                                                : (sum[c] + count[c] / 2) / count[c];
+                            ASSERT_EQ(rgb[(y * w + x) * 3 + c], expected)
+                                << w << " x " << h << " at " << x << "," << y << " channel " << c;
+                        }
+                    }
+                }
+            }
+        }
+    }
+}
+
 // ---- Rig file. ----
 
 TEST(RigTest, SkipsAndReportsEachBadLineWithItsNumber) {
