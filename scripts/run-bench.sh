@@ -8,7 +8,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/ensure-packages.sh
 
-ensure_packages cmake ninja-build g++ libcli11-dev libstb-dev libturbojpeg0-dev \
+ensure_packages cmake ninja-build g++ libcli11-dev libstb-dev libturbojpeg0-dev zlib1g-dev \
     libbenchmark-dev libyuv-dev libopencv-core-dev
 
 echo "=== building the benchmark (preset bench)"

@@ -9,8 +9,8 @@ root=$PWD
 source scripts/ensure-packages.sh
 
 # The test packages too: configuring the preset looks for GoogleTest even when no test is built.
-ensure_packages cmake ninja-build g++ libcli11-dev libstb-dev libturbojpeg0-dev googletest libgtest-dev \
-    libgmock-dev
+ensure_packages cmake ninja-build g++ libcli11-dev libstb-dev libturbojpeg0-dev zlib1g-dev googletest \
+    libgtest-dev libgmock-dev
 
 build=build/linux
 log=build/demo-build.log

@@ -11,7 +11,8 @@ cd "$(dirname "$0")/.."
 source scripts/ensure-packages.sh
 
 ensure_packages cmake ninja-build g++ binutils googletest libgtest-dev libgmock-dev \
-    g++-mingw-w64-x86-64-posix wine64 libcli11-dev libstb-dev libturbojpeg0-dev \
+    g++-mingw-w64-x86-64-posix wine64 libcli11-dev libstb-dev libturbojpeg0-dev zlib1g-dev \
+    libz-mingw-w64-dev \
     python3-venv python3-pip python3-numpy python3-pytest pkg-config clang libclang-rt-14-dev
 
 jobs=$(nproc)

@@ -5,11 +5,13 @@
 #include <cstdio>
 #include <filesystem>
 #include <iomanip>
+#include <optional>
 #include <system_error>
 #include <thread>
 
 #include "CliError.h"
-#include "PngWriter.h"
+#include "FrameSaver.h"
+#include "ImageFiles.h"
 #include "Progress.h"
 #include "Session.h"
 #include "Terminal.h"
@@ -293,7 +295,7 @@ struct StillCatcher {
         auto& catcher = *static_cast<StillCatcher*>(user);
         catcher.arrived = true;
         catcher.frame = frame;
-        writePng(catcher.file, frame, catcher.problem);
+        writeImage(catcher.file, frame, ImageFileFormat::Png, catcher.problem);
     }
 };
 
@@ -337,74 +339,105 @@ int runGrab(const CommonOptions& common, const GrabOptions& grab, std::ostream& 
         out << grab.id << ": " << applied << '\n' << std::flush;
     }
 
-    const fs::path directory = outputFolder(grab.outputDirectory);
+    const fs::path directory = grab.save ? outputFolder(grab.outputDirectory) : fs::path();
     if (!library.startCapture(session.id())) {
         throw CliError(kExitFailed, "camera '" + grab.id + "' would not start capturing");
     }
 
     const std::string baseName = fileNameSafe(grab.id);
     const int digits = std::max<int>(4, static_cast<int>(std::to_string(grab.count).size()));
+    // Compressing a large frame takes longer than grabbing it: every processor writes files.
+    std::optional<FrameSaver> saver;
+    if (grab.save)
+        saver.emplace(grab.saveFormat, std::max(1u, std::thread::hardware_concurrency()));
     const auto start = std::chrono::steady_clock::now();
     const auto rate = [&](int frames) {
         const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
         return elapsed.count() > 0 ? frames / elapsed.count() : 0.0;
     };
 
-    int written = 0;
-    int failed = 0;
+    // What each grabbed frame was; whether its file was written is the saver's to say.
+    struct Grabbed {
+        int index;
+        std::string name;
+        int32_t frameNumber;
+    };
+    std::vector<Grabbed> grabbed;
+    int grabFailures = 0;
     int failedInARow = 0;
+    bool gaveUp = false;
     std::string lastError;
-    std::string firstName;
-    std::string lastName;
-    std::string shape;  // of the last frame written
-    std::vector<PictureRun> runs;
+    std::string shape;  // of the last frame grabbed
     {
         ProgressBar progress(err, standardErrorIsTerminal(), grab.id, grab.count);
         for (int index = 1; index <= grab.count; ++index) {
             ImageData frame{};
-            std::string name = std::to_string(index);
-            name = baseName + "-" + std::string(digits - name.size(), '0') + name + ".png";
-            std::string problem;
-            if (!library.getCurrentFrame(session.id(), frame, 0)) {
-                problem = "the camera delivered no frame";
-            } else if (writePng(directory / name, frame, problem)) {
-                ++written;
+            if (library.getCurrentFrame(session.id(), frame, 0)) {
+                std::string name = std::to_string(index);
+                name = baseName + "-" + std::string(digits - name.size(), '0') + name + "." +
+                       fileExtension(grab.saveFormat, frame.channels);
                 shape = " of " + sizeText(frame.width, frame.height) +
                         (frame.channels == 1 ? " grey" : " colour");
+                grabbed.push_back({index, name, frame.frameNumber});
+                if (saver) saver->save(index, directory / name, frame);
                 failedInARow = 0;
-                if (firstName.empty()) firstName = name;
-                lastName = name;
-                if (runs.empty() || runs.back().lastIndex != index - 1 ||
-                    int64_t{runs.back().lastFrame} + 1 != frame.frameNumber) {
-                    runs.push_back(
-                        {index, index, name, name, frame.frameNumber, frame.frameNumber});
-                } else {
-                    runs.back().lastIndex = index;
-                    runs.back().lastName = name;
-                    runs.back().lastFrame = frame.frameNumber;
-                }
+            } else {
+                ++grabFailures;
+                ++failedInARow;
+                lastError = "the camera delivered no frame";
             }
-            if (!problem.empty()) {
-                ++failed;
-                lastError = problem;
+            const int done = saver ? saver->written() : static_cast<int>(grabbed.size());
+            progress.update(index, grabFailures + (saver ? saver->failed() : 0), rate(done));
+            if (failedInARow == kFailuresInARowToGiveUp ||
+                (saver && saver->failedInARow() >= kFailuresInARowToGiveUp)) {
+                gaveUp = index < grab.count;
+                break;
             }
-            progress.update(index, failed, rate(written));
-            if (!problem.empty() && ++failedInARow == kFailuresInARowToGiveUp) break;
         }
+        if (saver) saver->finish();
     }
     library.stopCapture(session.id());
 
-    if (failedInARow == kFailuresInARowToGiveUp && written + failed < grab.count) {
+    if (gaveUp) {
         err << "telvarra: gave up after " << kFailuresInARowToGiveUp << " frames in a row failed\n";
     }
-    std::string files;
-    if (written == 1) files = " (" + firstName + ")";
-    if (written > 1) files = " (" + firstName + " .. " + lastName + ")";
-    out << grab.id << ": " << written << (written == 1 ? " frame" : " frames") << shape
-        << " written to " << directory.string() << files << ", " << failed << " failed, "
-        << fixedRate(rate(written)) << " frames/s" << '\n';
+    // Consecutive pictures of consecutive frames, one line each.
+    std::vector<PictureRun> runs;
+    int written = 0;
+    for (const Grabbed& frame : grabbed) {
+        if (saver) {
+            const std::string problem = saver->problem(frame.index);
+            if (!problem.empty()) {
+                lastError = problem;
+                continue;
+            }
+        }
+        ++written;
+        if (runs.empty() || runs.back().lastIndex != frame.index - 1 ||
+            int64_t{runs.back().lastFrame} + 1 != frame.frameNumber) {
+            runs.push_back({frame.index, frame.index, frame.name, frame.name, frame.frameNumber,
+                            frame.frameNumber});
+        } else {
+            runs.back().lastIndex = frame.index;
+            runs.back().lastName = frame.name;
+            runs.back().lastFrame = frame.frameNumber;
+        }
+    }
+    const int failed = grabFailures + static_cast<int>(grabbed.size()) - written;
+    out << grab.id << ": " << written << (written == 1 ? " frame" : " frames") << shape;
+    if (saver) {
+        std::string files;
+        if (written == 1) files = " (" + runs.front().firstName + ")";
+        if (written > 1)
+            files = " (" + runs.front().firstName + " .. " + runs.back().lastName + ")";
+        out << " written to " << directory.string() << files;
+    } else {
+        out << " grabbed, not saved";
+    }
+    out << ", " << failed << " failed, " << fixedRate(rate(written)) << " frames/s" << '\n';
     // After the progress bar has ended its line.
     for (const PictureRun& run : runs) {
+        if (!saver) break;
         out << "  ";
         if (run.firstIndex == run.lastIndex) {
             out << run.firstName << " shows " << shownId << " (" << makeName(device.cameraType)

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Controls.h"
+#include "ImageFiles.h"
 #include "telvarra/Types.h"
 
 namespace telvarra::cli {
@@ -22,6 +23,8 @@ struct GrabOptions {
     std::string id;
     int count = 1;
     std::string outputDirectory = ".";
+    ImageFileFormat saveFormat = ImageFileFormat::Png;
+    bool save = true;  // false: frames are grabbed and counted only
     // Applied in this order after opening, before the first frame.
     std::vector<std::pair<const Control*, int>> settings;
 };

@@ -1,4 +1,4 @@
-// telvarra: lists cameras, shows one, grabs frames into PNG files, reads and writes controls.
+// telvarra: lists cameras, shows one, grabs frames into picture files, reads and writes controls.
 // This file is the command line; the work is in Commands.cpp.
 #include <CLI/CLI.hpp>
 #include <cctype>
@@ -40,7 +40,8 @@ struct Arguments {
     int typeKey = 0;
     GrabOptions grab;
     StillOptions still;
-    std::string format, mirror, autoExposure;
+    std::string format, mirror, autoExposure, saveFormat = "png";
+    bool noSave = false;
     int rotate = 0, zoom = 0, gain = 0, exposure = 0, brightness = 0;
     std::string id, control, value;
 };
@@ -99,7 +100,7 @@ void collectGrabSettings(Arguments& arguments, const CLI::App& grab) {
 int main(int argc, char** argv) {
     CLI::App app{
         "telvarra: lists industrial cameras, shows their settings and saves frames as "
-        "PNG files, through the Telvarra library.",
+        "picture files, through the Telvarra library.",
         "telvarra"};
     app.require_subcommand(1);
     app.set_version_flag("--version", std::string("telvarra ") + TELVARRA_VERSION_TEXT);
@@ -117,8 +118,9 @@ int main(int argc, char** argv) {
     addCommonOptions(list, arguments);
 
     CLI::App& doctor = *app.add_subcommand(
-        "doctor", "Show, for each make, which SDK file is looked for, where it was found, "
-                  "whether it loads and what it lacks");
+        "doctor",
+        "Show, for each make, which SDK file is looked for, where it was found, "
+        "whether it loads and what it lacks");
     doctor.footer("Exit code 4 when a make's SDK is missing or lacks a function it needs.");
 
     CLI::App& info = *app.add_subcommand(
@@ -126,15 +128,23 @@ int main(int argc, char** argv) {
     addIdArgument(info, arguments);
     addCommonOptions(info, arguments);
 
-    CLI::App& grab = *app.add_subcommand("grab", "Grab frames and save each as a PNG file");
+    CLI::App& grab = *app.add_subcommand(
+        "grab", "Grab frames and save each as a picture file (PNG, PGM / PPM or BMP)");
     addIdArgument(grab, arguments);
     addCommonOptions(grab, arguments);
     grab.add_option("-n,--count", arguments.grab.count, "Frames to grab")
         ->check(CLI::Range(1, 1000000))
         ->capture_default_str();
     grab.add_option("-o,--output", arguments.grab.outputDirectory,
-                    "Folder for the PNG files (created when missing)")
+                    "Folder for the picture files (created when missing)")
         ->capture_default_str();
+    grab.add_option("--save-format", arguments.saveFormat,
+                    "png (compressed), pnm (PGM for grey, PPM for colour) or bmp, both "
+                    "uncompressed")
+        ->check(CLI::IsMember({"png", "pnm", "bmp"}))
+        ->capture_default_str();
+    grab.add_flag("--no-save", arguments.noSave,
+                  "Save nothing: grab the frames and report the frame rate alone");
     grab.add_option("--format", arguments.format, "Pixel format to switch the camera to")
         ->check(CLI::IsMember({"mono8", "rgb8", "bgr8"}));
     grab.add_option("--mirror", arguments.mirror, "Mirror left-right (h), top-bottom (v) or both")
@@ -151,8 +161,9 @@ int main(int argc, char** argv) {
         ->check(CLI::Range(0, 100));
     grab.add_option("--auto-exposure", arguments.autoExposure, "Automatic exposure")
         ->check(CLI::IsMember({"on", "off"}));
-    grab.footer(std::string("Files are named ID-0001.png, ID-0002.png, ...; existing ones are "
-                            "replaced.\n\n") +
+    grab.footer(std::string("Files are named ID-0001.png, ID-0002.png, ... (.pgm or .ppm, .bmp "
+                            "by the format); existing ones are replaced. They are written while "
+                            "the next frames are grabbed.\n\n") +
                 kExitCodes);
 
     CLI::App& still = *app.add_subcommand(
@@ -191,10 +202,10 @@ int main(int argc, char** argv) {
             known = known || command->check_name(argv[1]);
         }
         if (!known) {
-            std::cerr
-                << "telvarra: error: unknown command '" << argv[1]
-                << "' (commands: list, doctor, info, grab, still, get, set)\nRun 'telvarra --help' for "
-                   "more information.\n";
+            std::cerr << "telvarra: error: unknown command '" << argv[1]
+                      << "' (commands: list, doctor, info, grab, still, get, set)\nRun 'telvarra "
+                         "--help' for "
+                         "more information.\n";
             return kExitUsage;
         }
     }
@@ -213,6 +224,10 @@ int main(int argc, char** argv) {
         if (info) return runInfo(arguments.common, arguments.id, std::cout);
         if (grab) {
             arguments.grab.id = arguments.id;
+            arguments.grab.save = !arguments.noSave;
+            arguments.grab.saveFormat = arguments.saveFormat == "pnm"   ? ImageFileFormat::Pnm
+                                        : arguments.saveFormat == "bmp" ? ImageFileFormat::Bmp
+                                                                        : ImageFileFormat::Png;
             collectGrabSettings(arguments, grab);
             return runGrab(arguments.common, arguments.grab, std::cout, std::cerr);
         }

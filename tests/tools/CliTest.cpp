@@ -21,13 +21,14 @@ namespace {
 namespace fs = std::filesystem;
 using sim::PixelFormat;
 
-// A colour camera with a Bayer sensor, a mono camera of other proportions, and one too small
-// for the digital zoom.
+// A colour camera with a Bayer sensor, a mono camera of other proportions, one too small for the
+// digital zoom, and one whose rows are no multiple of 4 bytes (BMP pads them).
 constexpr char kRig[] =
     "hikvision id=TCOL01 user=\"Bench colour\" model=MV-TEST-C layer=usb3 size=800x600 "
     "format=bayer_rg8 seed=12345\n"
     "hikvision id=TMON01 model=MV-TEST-M size=700x500 format=mono8 seed=777\n"
-    "hikvision id=TTINY1 size=200x150 format=mono8 seed=5\n";
+    "hikvision id=TTINY1 size=200x150 format=mono8 seed=5\n"
+    "hikvision id=TODD01 size=251x61 format=rgb8 seed=31\n";
 
 struct RigCamera {
     PixelFormat sensor;
@@ -36,6 +37,7 @@ struct RigCamera {
 const std::map<std::string, RigCamera> kCameras = {
     {"TCOL01", {PixelFormat::BayerRG8, 12345, 800, 600}},
     {"TMON01", {PixelFormat::Mono8, 777, 700, 500}},
+    {"TODD01", {PixelFormat::Rgb8, 31, 251, 61}},
 };
 
 Image frameAs(const std::string& id, PixelFormat delivered, std::uint32_t frame) {
@@ -107,9 +109,9 @@ class CliTest : public ::testing::Test {
 
     fs::path output() const { return fs::current_path() / "out"; }
 
-    void expectPicture(const std::string& name, const Image& expected) {
+    void expectPicture(const std::string& name, const Image& expected, int channels = 0) {
         std::string problem;
-        const Image saved = readPng((output() / name).string(), problem);
+        const Image saved = readPicture((output() / name).string(), problem, channels);
         ASSERT_TRUE(problem.empty()) << name << ": " << problem;
         EXPECT_EQ(difference(saved, expected), "") << name;
     }
@@ -137,14 +139,14 @@ TEST_F(CliTest, ListShowsEveryCameraOfTheRigAndEveryMakesState) {
         ASSERT_EQ(row.size(), 4u) << text[i];
         rows[row[0]] = row;
     }
-    ASSERT_EQ(rows.size(), 3u) << run.out;
+    ASSERT_EQ(rows.size(), 4u) << run.out;
     EXPECT_EQ(rows["TCOL01"][1], "HikVision");
     EXPECT_EQ(rows["TCOL01"][3], "Bench colour");
     EXPECT_EQ(rows["TMON01"][3], "MV-TEST-M (TMON01)");
     EXPECT_EQ(rows.count("TTINY1"), 1u);
 
     const auto makes = fields(run.out);
-    EXPECT_EQ(makes.at("HikVision"), "ready, 3 cameras");
+    EXPECT_EQ(makes.at("HikVision"), "ready, 4 cameras");
     EXPECT_EQ(makes.at("DaHeng"), "ready, 0 cameras");
     EXPECT_EQ(makes.at("MindVision"), "ready, 0 cameras");
     EXPECT_EQ(makes.at("Dvp"), "ready, 0 cameras");
@@ -186,6 +188,52 @@ TEST_F(CliTest, GrabWritesCountPicturesOfSuccessiveFrames) {
                          "frames 1 .. 3, upright, not mirrored or turned; the F mark in "
                          "the top-left corner\n"));
     EXPECT_EQ(run.err, "") << "no progress bar when standard error is a file";
+}
+
+// The uncompressed formats, read back by a decoder of their own: grey and colour, a blue-first
+// frame written in each format's own order, and BMP's rows padded to 4 bytes.
+TEST_F(CliTest, GrabSavesPgmPpmAndBmpFilesOfTheFrames) {
+    struct Case {
+        const char* format;
+        const char* camera;
+        std::vector<std::string> options;
+        const char* extension;
+        PixelFormat delivered;
+    };
+    const Case cases[] = {
+        {"pnm", "TMON01", {}, "pgm", PixelFormat::Mono8},
+        {"pnm", "TCOL01", {"--format", "bgr8"}, "ppm", PixelFormat::Bgr8},
+        {"bmp", "TODD01", {}, "bmp", PixelFormat::Rgb8},
+        {"bmp", "TODD01", {"--format", "bgr8"}, "bmp", PixelFormat::Bgr8},
+        {"bmp", "TODD01", {"--format", "mono8"}, "bmp", PixelFormat::Mono8},
+    };
+    for (const Case& c : cases) {
+        std::vector<std::string> arguments = {"grab", c.camera,        "-n",    "2", "-o",
+                                              "out",  "--save-format", c.format};
+        arguments.insert(arguments.end(), c.options.begin(), c.options.end());
+        const ProgramRun run = telvarra(arguments);
+        const std::string first = std::string(c.camera) + "-0001." + c.extension;
+        const std::string second = std::string(c.camera) + "-0002." + c.extension;
+        SCOPED_TRACE(first);
+        ASSERT_EQ(run.exitCode, 0) << run.err;
+        EXPECT_EQ(filesIn(output()), (std::set<std::string>{first, second}));
+        // A grey BMP is paletted: asked for one channel, the decoder gives the grey back.
+        const int channels = c.delivered == PixelFormat::Mono8 ? 1 : 3;
+        expectPicture(first, frameAs(c.camera, c.delivered, 1), channels);
+        expectPicture(second, frameAs(c.camera, c.delivered, 2), channels);
+        EXPECT_TRUE(contains(run.out, "  " + first + " .. " + second + " show "));
+        fs::remove_all(output());
+    }
+}
+
+TEST_F(CliTest, GrabWithoutSavingReportsTheFrameRateAlone) {
+    const ProgramRun run = telvarra({"grab", "TMON01", "-n", "5", "-o", "out", "--no-save"});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_FALSE(fs::exists(output()));
+    EXPECT_TRUE(std::regex_match(
+        run.out, std::regex("TMON01: 5 frames of 700 x 500 grey grabbed, not saved, 0 failed, "
+                            "[0-9]+\\.[0-9] frames/s\n")))
+        << run.out;
 }
 
 TEST_F(CliTest, GrabReportsTheControlsAsTheCameraReadsThemBack) {
@@ -303,6 +351,7 @@ TEST_F(CliTest, BadArgumentsExitWithTwoAndTouchNoCamera) {
         {"grab", "TCOL01", "--gain", "101"},
         {"grab", "TCOL01", "--mirror", "x"},
         {"grab", "TCOL01", "--format", "yuv422"},
+        {"grab", "TCOL01", "--save-format", "tiff"},
         {"grab", "TCOL01", "--auto-exposure", "maybe"},
         {"grab", "TCOL01", "--frobnicate"},
         {"info", "TCOL01", "--type", "nikon"},
@@ -409,7 +458,7 @@ TEST_F(CliTest, ACanonBodyGrabsItsLiveViewAndTakesAStillOfTwiceItsSize) {
     for (std::uint32_t frame = 1; frame <= 2; ++frame) {
         const std::string name = "TEOS01-000" + std::to_string(frame) + ".png";
         std::string problem;
-        const Image saved = readPng((output() / name).string(), problem);
+        const Image saved = readPicture((output() / name).string(), problem);
         ASSERT_TRUE(problem.empty()) << name << ": " << problem;
         EXPECT_EQ(difference(saved, cameraFrame(body, PixelFormat::Rgb8, frame), kJpegTolerance),
                   "")
@@ -420,7 +469,7 @@ TEST_F(CliTest, ACanonBodyGrabsItsLiveViewAndTakesAStillOfTwiceItsSize) {
     ASSERT_EQ(still.exitCode, 0) << still.out << still.err;
     EXPECT_TRUE(contains(still.out, "TEOS01-still.png: still of 640 x 400 colour written to"));
     std::string problem;
-    const Image saved = readPng((output() / "TEOS01-still.png").string(), problem);
+    const Image saved = readPicture((output() / "TEOS01-still.png").string(), problem);
     ASSERT_TRUE(problem.empty()) << problem;
     // The first frame of the still's own session.
     EXPECT_EQ(difference(saved, cameraFrame({"TEOS01", "canon", 9, 640, 400}, PixelFormat::Rgb8, 1),

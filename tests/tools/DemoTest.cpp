@@ -12,7 +12,7 @@ namespace {
 
 void expectPicture(const std::string& path, const Image& expected, double jpegTolerance = 0) {
     std::string problem;
-    const Image saved = readPng(path, problem);
+    const Image saved = readPicture(path, problem);
     ASSERT_TRUE(problem.empty()) << path << ": " << problem;
     EXPECT_EQ(difference(saved, expected, jpegTolerance), "") << path;
 }

@@ -4,21 +4,24 @@
 
 #define STB_IMAGE_IMPLEMENTATION
 #define STBI_ONLY_PNG
+#define STBI_ONLY_PNM
+#define STBI_ONLY_BMP
 #define STBI_NO_STDIO
 #include <stb/stb_image.h>
 
 namespace telvarra::test {
 
-Image readPng(const std::string& path, std::string& problem) {
+Image readPicture(const std::string& path, std::string& problem, int channels) {
     const std::string file = readFile(path);
     if (file.empty()) {
         problem = "missing or empty: " + path;
         return {};
     }
-    int width = 0, height = 0, channels = 0;
+    int width = 0, height = 0, held = 0;
     stbi_uc* decoded =
         stbi_load_from_memory(reinterpret_cast<const stbi_uc*>(file.data()),
-                              static_cast<int>(file.size()), &width, &height, &channels, 0);
+                              static_cast<int>(file.size()), &width, &height, &held, channels);
+    if (channels == 0) channels = held;
     if (!decoded) {
         problem = std::string("undecodable: ") + stbi_failure_reason();
         return {};

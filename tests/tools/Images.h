@@ -8,9 +8,10 @@
 
 namespace telvarra::test {
 
-// The PNG file decoded. Empty (width 0) with `problem` set when the file is missing or cannot be
-// decoded.
-Image readPng(const std::string& path, std::string& problem);
+// The picture file (PNG, PGM / PPM or BMP) decoded by a decoder of its own, with as many channels
+// as it holds, or `channels` when given. Empty (width 0) with `problem` set when the file is
+// missing or cannot be decoded.
+Image readPicture(const std::string& path, std::string& problem, int channels = 0);
 
 }  // namespace telvarra::test
 
