@@ -135,6 +135,7 @@ inline __m128i reverseBytes(__m128i v) {
 template <std::size_t PixelBytes>
 void mirrorPortably(const unsigned char* source, unsigned char* target, std::size_t width,
                     std::size_t first, std::size_t last) {
+    if (first >= last) return;
     const FrameKernels& portable = portableKernels();
     (PixelBytes == 1 ? portable.mirrorRow1 : portable.mirrorRow3)(
         source + first * PixelBytes, target + (width - last) * PixelBytes, last - first, false);
@@ -350,6 +351,12 @@ TELVARRA_AVX2 void mirrorRow1Avx2(const unsigned char* source, unsigned char* ta
                                   std::size_t width, bool) {
     const __m256i lanes = load32(kReverseLanes);
     std::size_t x = 0;
+    for (; x + 64 <= width; x += 64) {
+        const __m256i first = load32(source + x);
+        const __m256i second = load32(source + x + 32);
+        store32(target + width - 32 - x, reverseBytes32(first, lanes));
+        store32(target + width - 64 - x, reverseBytes32(second, lanes));
+    }
     for (; x + 32 <= width; x += 32)
         store32(target + width - 32 - x, reverseBytes32(load32(source + x), lanes));
     mirrorPortably<1>(source, target, width, x, width);
