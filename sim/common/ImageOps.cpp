@@ -122,19 +122,19 @@ void convertImage(PixelFormat source, const std::uint8_t* in, std::uint32_t widt
         convertToRgb8(source, in, width, height, out);
         return;
     }
-    if (target != PixelFormat::Bgr8 && target != PixelFormat::Mono8) return;
+    if (target == PixelFormat::Bgr8) {
+        // Red first into the output, then each pixel's ends swapped: no frame-sized temporary.
+        convertToRgb8(source, in, width, height, out);
+        for (std::size_t p = 0; p < pixels; ++p) std::swap(out[p * 3], out[p * 3 + 2]);
+        return;
+    }
+    if (target != PixelFormat::Mono8) return;
     std::vector<std::uint8_t> rgb(pixels * 3);
     convertToRgb8(source, in, width, height, rgb.data());
     for (std::size_t p = 0; p < pixels; ++p) {
         const std::uint8_t* pixel = &rgb[p * 3];
-        if (target == PixelFormat::Bgr8) {
-            out[p * 3] = pixel[2];
-            out[p * 3 + 1] = pixel[1];
-            out[p * 3 + 2] = pixel[0];
-        } else {
-            out[p] = static_cast<std::uint8_t>(
-                (77u * pixel[0] + 150u * pixel[1] + 29u * pixel[2] + 128u) >> 8);
-        }
+        out[p] = static_cast<std::uint8_t>(
+            (77u * pixel[0] + 150u * pixel[1] + 29u * pixel[2] + 128u) >> 8);
     }
 }
 

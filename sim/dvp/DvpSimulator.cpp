@@ -486,7 +486,7 @@ dvpStatus DvpSimulator::getFrame(dvpHandle handle, dvpFrame* frame, void** buffe
         if (device.state.trigger) return DVP_STATUS_TIME_OUT;
         DeviceFrame next = device.model.nextFrame();
         const PixelFormat output = *targetOutput(device.state.targetFormat);
-        std::vector<std::uint8_t> converted;
+        std::vector<std::uint8_t>& converted = device.state.converted;
         if (output != next.format) {
             converted.resize(frameBytes(output, next.width, next.height));
             convertImage(next.format, next.data.data(), next.width, next.height, output,

@@ -35,6 +35,8 @@ struct DeviceState {
     sdk::dvpEnum32 aeOperation = sdk::AE_OP_OFF;
     bool trigger = false;
     sdk::dvpEnum32 targetFormat = sdk::S_MONO8;  // dvpStreamFormat
+    // The last frame in the target format, kept so that its memory serves the next one.
+    std::vector<std::uint8_t> converted;
 };
 
 // A Dvp handle is one session: open from dvpOpenByUserId to dvpClose, then kept, closed, so that
