@@ -21,6 +21,8 @@ class TELVARRA_API CameraPublicInterface {
   public:
     static CameraPublicInterface* getInstance();
     static void releaseInstance();
+    // Whether `handle` is the live facade; asking builds none.
+    static bool isInstance(const void* handle);
 
     // Lifecycle and sessions.
     bool initialize();

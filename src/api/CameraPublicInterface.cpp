@@ -31,6 +31,10 @@ CameraPublicInterface* CameraPublicInterface::getInstance() {
     return s_instance;
 }
 
+bool CameraPublicInterface::isInstance(const void* handle) {
+    return handle && handle == s_instance;
+}
+
 void CameraPublicInterface::releaseInstance() {
     delete s_instance;
     s_instance = nullptr;

@@ -7,8 +7,8 @@ void* CreateCameraManager(void) { return CameraPublicInterface::getInstance(); }
 void DestroyCameraManager(void* handle) {
     if (!handle) return;
     // Only the live facade can be cleaned: a handle from an earlier, released one would point
-    // at freed memory.
-    if (handle == CameraPublicInterface::getInstance()) {
+    // at freed memory, and when none is live there is nothing to build just to release it.
+    if (CameraPublicInterface::isInstance(handle)) {
         static_cast<CameraPublicInterface*>(handle)->cleanup();
     }
     CameraPublicInterface::releaseInstance();

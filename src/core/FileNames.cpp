@@ -1,5 +1,6 @@
 #include "core/FileNames.h"
 
+#include <cstring>
 #include <filesystem>
 #include <system_error>
 
@@ -7,9 +8,12 @@ namespace telvarra {
 
 namespace {
 
+// Separators and a drive's or stream's colon could leave the folder; control characters and the
+// rest of what Windows refuses in a name would make the open fail, as could bytes beyond ASCII,
+// which Windows reads in the code page of the day; '%' is the escape itself.
 bool keptAsItIs(unsigned char c) {
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-' ||
-           c == '_' || c == '.';
+    static constexpr char kEncoded[] = "%/\\:*?\"<>|";
+    return c >= 0x20 && c < 0x7F && std::strchr(kEncoded, c) == nullptr;
 }
 
 }  // namespace

@@ -8,9 +8,10 @@
 
 namespace telvarra {
 
-// `text` with every byte outside letters, digits, '-', '_' and '.' written as '%' and two
-// hexadecimal digits ('%' itself included), so ordinary serial numbers keep their names and no
-// two identifiers share one. A text of only dots is encoded whole.
+// `text` with every byte outside printable ASCII, and every separator, colon, '%' and other
+// character Windows refuses in a name (* ? " < > |), written as '%' and two hexadecimal digits,
+// so ordinary identifiers keep their names, spaces and all, and no two identifiers share one. A
+// text of only dots is encoded whole.
 std::string fileNamePart(const std::string& text);
 
 // Whether `path` names a link (whose target a write would replace), a FIFO (whose open would

@@ -103,6 +103,12 @@ TEST_F(FlatEntryTest, DestroyCleansTheFacadeAndAFreshOneStartsFromNothing) {
     EXPECT_FALSE(CameraPublicInterface::getInstance()->isCameraConnected("cam"));
     DestroyCameraManager(handle);  // a stale handle: the live facade is released, nothing else
     EXPECT_TRUE(InitializeCameraSystemByType(kAlphaType));
+
+    // With no facade live, a stale handle builds none (whose drivers would log registering).
+    CleanupCameraSystem();
+    const std::size_t lines = log.entries().size();
+    DestroyCameraManager(handle);
+    EXPECT_EQ(log.entries().size(), lines);
 }
 
 TEST_F(FlatEntryTest, CleanupTwiceIsHarmlessAndCyclesLeakNothing) {

@@ -146,7 +146,7 @@ TEST_F(ManagerTest, CreateFindsTheIdentifierOnAnyInitializedDriverAndLoadsItsCon
 TEST_F(ManagerTest, IdentifiersBecomeFileNamesThatStayInTheFolder) {
     // Identifiers come from devices: a GigE user name can be set by anyone on its network.
     fakes.alpha.deviceIds = {"x/../../esc", "/../../../tmp/pwned", "C:\\dir\\NUL", "..",
-                             "DA-01_b.2"};
+                             "DA-01_b.2", "Line 1 (left) #2", "50%"};
     manager->initializeAllDrivers();
     for (const std::string& id : fakes.alpha.deviceIds) {
         ASSERT_NE(manager->createCamera(id.c_str(), kAlphaType), nullptr) << id;
@@ -158,8 +158,10 @@ TEST_F(ManagerTest, IdentifiersBecomeFileNamesThatStayInTheFolder) {
     std::sort(written.begin(), written.end());
     EXPECT_EQ(written, (std::vector<std::string>{"camera_%2E%2E.cfg",
                                                  "camera_%2F..%2F..%2F..%2Ftmp%2Fpwned.cfg",
+                                                 "camera_50%25.cfg",
                                                  "camera_C%3A%5Cdir%5CNUL.cfg",
                                                  "camera_DA-01_b.2.cfg",  // an ordinary serial
+                                                 "camera_Line 1 (left) #2.cfg",  // a user's name
                                                  "camera_x%2F..%2F..%2Fesc.cfg"}));
 }
 
@@ -173,13 +175,13 @@ TEST_F(ManagerTest, WindowsDeviceNamesDrivesAndSeparatorsBecomeOrdinaryFilesInTh
         {"LPT9", "camera_LPT9.cfg"},
         {"AUX", "camera_AUX.cfg"},
         {"PRN.txt", "camera_PRN.txt.cfg"},
-        {"CONIN$", "camera_CONIN%24.cfg"},
+        {"CONIN$", "camera_CONIN$.cfg"},
         {"COM\xC2\xB9", "camera_COM%C2%B9.cfg"},
         {"C:x", "camera_C%3Ax.cfg"},
         {"a\\b", "camera_a%5Cb.cfg"},
         {"\\\\?\\C:\\x", "camera_%5C%5C%3F%5CC%3A%5Cx.cfg"},
         {"x.", "camera_x..cfg"},
-        {"x ", "camera_x%20.cfg"}};
+        {"x ", "camera_x .cfg"}};
     for (const auto& entry : idsAndFiles) fakes.alpha.deviceIds.push_back(entry.first);
     manager->initializeAllDrivers();
     for (std::size_t i = 0; i < idsAndFiles.size(); ++i) {

@@ -34,7 +34,7 @@ DvpDriver::DvpDriver() : VendorDriver(kTexts, {dvpBinding(), nullptr, nullptr}) 
 bool DvpDriver::listCameras(_RUVO_DEVICE_INFO_LIST& list) {
     sdk::dvpUint32 count = 0;
     const bool refreshed = refreshDevices(count);
-    logInfo(camerasLine("Src Enumerated ", count));
+    logInfo(camerasLine("Src Enumerated", count));
     if (!refreshed) return false;
     list.count = 0;
     for (const sdk::dvpCameraInfo& device : readDevices(count)) {
@@ -44,7 +44,7 @@ bool DvpDriver::listCameras(_RUVO_DEVICE_INFO_LIST& list) {
             {id, "Dvp", id, "Dvp ace", fieldText(device.UserID), fieldText(device.FriendlyName)});
         if (!appendDeviceRecord(list, record)) break;
     }
-    logInfo(camerasLine("Enumerated ", list.count));
+    logInfo(camerasLine("Enumerated", list.count));
     return true;
 }
 

