@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Results.h"
+#include "Shapes.h"
 #include "sim/daheng/DahSimControl.h"
 #include "sim/dvp/DvpSimControl.h"
 #include "sim/hikvision/HikSimControl.h"
@@ -35,17 +36,6 @@ const MakeUnderTest kDvp{
 const MakeUnderTest kDaHeng{"DaHeng",         RUVO_CAMERA_DAHENG,   DahSim_Reset,
                             DahSim_AddDevice, DahSim_PrepareFrames, DahSim_LastError};
 
-struct Shape {
-    int32_t width;
-    int32_t height;
-    int32_t channels;
-    const char* label;
-    const char* key;
-};
-constexpr Shape kSmallMono{1280, 1024, 1, "1280×1024 mono", "1280x1024x1"};
-constexpr Shape kColour{2448, 2048, 3, "2448×2048 RGB", "2448x2048x3"};
-constexpr Shape kLargeMono{5472, 3648, 1, "5472×3648 mono", "5472x3648x1"};
-
 struct Geometry {
     const char* label;
     const char* key;
@@ -73,7 +63,7 @@ struct Case {
 
 std::vector<Case> cases() {
     std::vector<Case> list;
-    for (const Shape& shape : {kSmallMono, kColour, kLargeMono})
+    for (const Shape& shape : kShapes)
         for (const Geometry& geometry : kGeometries) list.push_back({&kHikVision, shape, geometry});
     // The other makes that copy the SDK's frame (Dvp) or have it written into theirs (DaHeng).
     for (const MakeUnderTest* make : {&kDvp, &kDaHeng})

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Results.h"
+#include "Shapes.h"
 #include "api/FrameRoutines.h"
 
 #ifdef TELVARRA_BENCH_LIBYUV
@@ -23,20 +24,6 @@
 namespace telvarra::bench {
 
 namespace {
-
-struct Shape {
-    int32_t width;
-    int32_t height;
-    int32_t channels;
-    const char* label;
-    const char* key;
-    std::size_t bytes() const { return std::size_t(width) * height * channels; }
-};
-
-// A mono machine-vision sensor, a 5 MP colour one after demosaicing, and a 20 MP mono one.
-constexpr Shape kShapes[] = {{1280, 1024, 1, "1280×1024 mono", "1280x1024x1"},
-                             {2448, 2048, 3, "2448×2048 RGB", "2448x2048x3"},
-                             {5472, 3648, 1, "5472×3648 mono", "5472x3648x1"}};
 
 enum class Routine { MirrorLeftRight, MirrorTopBottom, QuarterTurn, HalfTurn, QuarterTurnBack };
 struct RoutineInfo {

@@ -145,11 +145,10 @@ int telvarra_list_cameras(int make, DeviceInfo* cameras, int capacity) {
         // 409 KiB: not for the stack.
         auto list = std::make_unique<_RUVO_DEVICE_INFO_LIST>();
         list->count = 0;
-        const bool listed =
-            make == RUVO_CAMERA_ANY
-                ? facade().getAvailableCamerasAll(list.get())
-                : facade().getAvailableCamerasByType(static_cast<Ruvo_CameraType>(make),
-                                                     list.get());
+        const bool listed = make == RUVO_CAMERA_ANY
+                                ? facade().getAvailableCamerasAll(list.get())
+                                : facade().getAvailableCamerasByType(
+                                      static_cast<Ruvo_CameraType>(make), list.get());
         if (!listed) return -1;
         const int count = static_cast<int>(std::min<uint32_t>(list->count, RUVO_MAX_DEVICES));
         std::copy(list->devices, list->devices + std::min(count, capacity), cameras);
@@ -158,9 +157,8 @@ int telvarra_list_cameras(int make, DeviceInfo* cameras, int capacity) {
 }
 
 int telvarra_open(const char* id, int make) {
-    return act("telvarra_open", [&] {
-        return facade().openCamera(id, static_cast<Ruvo_CameraType>(make));
-    });
+    return act("telvarra_open",
+               [&] { return facade().openCamera(id, static_cast<Ruvo_CameraType>(make)); });
 }
 
 int telvarra_close(const char* id) {
@@ -224,8 +222,7 @@ int telvarra_set_frame_callback(const char* id, telvarra_frame_callback callback
             return cleared;
         }
         auto listener = std::make_unique<FrameListener>(FrameListener{callback, user});
-        if (!facade().registerFrameCallback(id, FrameListener::relay, listener.get()))
-            return false;
+        if (!facade().registerFrameCallback(id, FrameListener::relay, listener.get())) return false;
         // The previous listener goes only now: until the line above it could still be called.
         g_listeners[id] = std::move(listener);
         return true;
@@ -242,9 +239,8 @@ int telvarra_get_format(const char* id) {
 }
 
 int telvarra_set_format(const char* id, int format) {
-    return act("telvarra_set_format", [&] {
-        return facade().setImageFormat(id, static_cast<Ruvo_ImageFormat>(format));
-    });
+    return act("telvarra_set_format",
+               [&] { return facade().setImageFormat(id, static_cast<Ruvo_ImageFormat>(format)); });
 }
 
 int telvarra_supported_formats(const char* id, int* formats, int capacity) {
@@ -252,8 +248,7 @@ int telvarra_supported_formats(const char* id, int* formats, int capacity) {
         require(capacity >= 0 && (capacity == 0 || formats), "no room for the formats");
         require(id != nullptr, "no camera identifier");
         const _RUVO_IMAGE_FORMAT_LIST list = facade().getSupportedImageFormats(id);
-        const int count =
-            static_cast<int>(std::min<uint32_t>(list.count, RUVO_MAX_IMAGE_FORMATS));
+        const int count = static_cast<int>(std::min<uint32_t>(list.count, RUVO_MAX_IMAGE_FORMATS));
         for (int i = 0; i < std::min(count, capacity); ++i) formats[i] = list.formats[i];
         return count;
     });
@@ -326,23 +321,13 @@ int telvarra_set_zoom(const char* id, int level) {
 
 namespace {
 
-using PercentGetter = bool (CameraPublicInterface::*)(const char*, int32_t&);
-using FlagGetter = bool (CameraPublicInterface::*)(const char*, bool&);
-
-int readPercent(const char* operation, const char* id, int* out, PercentGetter getter) {
+// A percent (int32_t) or a flag (bool) read through the facade into the caller's int.
+template <typename Value>
+int readInto(const char* operation, const char* id, int* out,
+             bool (CameraPublicInterface::*getter)(const char*, Value&)) {
     return act(operation, [&] {
         require(out != nullptr, "nowhere to put the value");
-        int32_t value = 0;
-        if (!(facade().*getter)(id, value)) return false;
-        *out = value;
-        return true;
-    });
-}
-
-int readFlag(const char* operation, const char* id, int* out, FlagGetter getter) {
-    return act(operation, [&] {
-        require(out != nullptr, "nowhere to put the value");
-        bool value = false;
+        Value value{};
         if (!(facade().*getter)(id, value)) return false;
         *out = value;
         return true;
@@ -352,8 +337,8 @@ int readFlag(const char* operation, const char* id, int* out, FlagGetter getter)
 }  // namespace
 
 int telvarra_get_gain(const char* id, int* percent) {
-    return readPercent("telvarra_get_gain", id, percent,
-                       &CameraPublicInterface::getCameraGainByPercent);
+    return readInto("telvarra_get_gain", id, percent,
+                    &CameraPublicInterface::getCameraGainByPercent);
 }
 
 int telvarra_set_gain(const char* id, int percent) {
@@ -361,8 +346,8 @@ int telvarra_set_gain(const char* id, int percent) {
 }
 
 int telvarra_get_exposure(const char* id, int* percent) {
-    return readPercent("telvarra_get_exposure", id, percent,
-                       &CameraPublicInterface::getCameraExposureByPercent);
+    return readInto("telvarra_get_exposure", id, percent,
+                    &CameraPublicInterface::getCameraExposureByPercent);
 }
 
 int telvarra_set_exposure(const char* id, int percent) {
@@ -371,8 +356,8 @@ int telvarra_set_exposure(const char* id, int percent) {
 }
 
 int telvarra_get_brightness(const char* id, int* percent) {
-    return readPercent("telvarra_get_brightness", id, percent,
-                       &CameraPublicInterface::getCameraBrightnessByPercent);
+    return readInto("telvarra_get_brightness", id, percent,
+                    &CameraPublicInterface::getCameraBrightnessByPercent);
 }
 
 int telvarra_set_brightness(const char* id, int percent) {
@@ -381,7 +366,7 @@ int telvarra_set_brightness(const char* id, int percent) {
 }
 
 int telvarra_get_auto_exposure(const char* id, int* on) {
-    return readFlag("telvarra_get_auto_exposure", id, on,
+    return readInto("telvarra_get_auto_exposure", id, on,
                     &CameraPublicInterface::getCameraExposureMod);
 }
 

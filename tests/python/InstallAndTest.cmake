@@ -7,12 +7,7 @@ file(REMOVE_RECURSE ${WORK_DIR})
 file(MAKE_DIRECTORY ${WORK_DIR})
 file(COPY ${PACKAGE_DIR}/ DESTINATION ${source} PATTERN tests EXCLUDE)
 
-function(run)
-  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result)
-  if(NOT result EQUAL 0)
-    message(FATAL_ERROR "failed (${result}): ${ARGN}")
-  endif()
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/../support/RunChecked.cmake)
 
 run(${PYTHON} -m venv --system-site-packages ${venv})
 # No index: the build needs only Debian's setuptools, the package only Debian's NumPy.
