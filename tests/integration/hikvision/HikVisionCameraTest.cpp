@@ -12,12 +12,6 @@ namespace {
 
 constexpr int kSimulatedFailure = static_cast<int>(0x80000004u);  // MV_E_PARAMETER
 
-std::string storedValue(CameraConfig* config, const char* key) {
-    char text[255] = {};
-    char* pointer = text;
-    return config && config->getValue(key, &pointer) ? std::string(text) : "<absent>";
-}
-
 TEST_F(HikVisionTest, ListingNamesDevicesByLayerAndSkipsTheGenTlGigELayer) {
     addDevice("id=GE01 model=MV-CA050 layer=gige");
     addDevice("id=GE02 model=MV-CA050 user=Left layer=gige");
@@ -86,7 +80,6 @@ TEST_F(HikVisionTest, ImageFormatsComeFromTheDeviceAndOnlyListedOnesAreAccepted)
     ASSERT_EQ(formats.count, 3u);
     EXPECT_EQ(formats.formats[0], RUVO_FORMAT_MONO8);
     EXPECT_EQ(formats.formats[2], RUVO_FORMAT_BGR8);
-    EXPECT_TRUE(log.contains("INFO", "Initializing HikVision camera, ReadImageFormat-Count:4"));
 
     EXPECT_FALSE(facade->setImageFormat("F1", RUVO_FORMAT_BAYER_RG8));
     EXPECT_TRUE(log.contains("INFO", "Initializing HikVision camera, SetImageFormat-false:no"));
@@ -109,10 +102,8 @@ TEST_F(HikVisionTest, ImageFormatsComeFromTheDeviceAndOnlyListedOnesAreAccepted)
 TEST_F(HikVisionTest, RgbOnACameraOfAnotherNativeFormatIsConvertedWithoutTouchingTheDevice) {
     addDevice("id=N1 layer=usb3 size=32x16 format=bayer_gb8 formats=bayer_gb8,rgb8");
     ASSERT_TRUE(facade->openCamera("N1", RUVO_CAMERA_HIKVISION));
-    EXPECT_TRUE(log.contains("INFO", "Initializing HikVision camera, CurImageFormat:UNKNOWN"));
     EXPECT_EQ(facade->getImageFormat("N1"), RUVO_FORMAT_UNKNOWN);
     ASSERT_TRUE(facade->setImageFormat("N1", RUVO_FORMAT_RGB8));
-    EXPECT_TRUE(log.contains("INFO", "Initializing HikVision camera, SetImageFormat:UNKNOWN"));
     unsigned int pixelType = 0;
     EXPECT_EQ(HikSim_LastSetEnumValue("PixelFormat", &pixelType), -1);  // never written
     EXPECT_EQ(facade->getImageFormat("N1"), RUVO_FORMAT_UNKNOWN);
@@ -220,12 +211,12 @@ TEST_F(HikVisionTest, ExposureModeSwitchesContinuousAutoOnAndOff) {
     EXPECT_EQ(mode, 0u);
     ASSERT_TRUE(facade->getCameraExposureMod("E1", automatic));
     EXPECT_FALSE(automatic);
-    EXPECT_EQ(storedValue(facade->getCameraConfigById("E1"), "setCameraExposureMod"), "0");
 
     HikSim_FailCall("MV_CC_SetExposureAutoMode", kSimulatedFailure, 1);
     EXPECT_FALSE(facade->setCameraExposureMod("E1", true));
     EXPECT_TRUE(log.contains("ERROR", "Failed to set parameter : setExposureMod on camera: E1"));
-    EXPECT_EQ(storedValue(facade->getCameraConfigById("E1"), "setCameraExposureMod"), "0");
+    ASSERT_TRUE(facade->getCameraExposureMod("E1", automatic));
+    EXPECT_FALSE(automatic) << "a refused switch leaves the device as it was";
 }
 
 TEST_F(HikVisionTest, StartAndStopFaultsFailTheCallSetStatusZeroAndClear) {

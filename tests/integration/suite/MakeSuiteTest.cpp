@@ -39,6 +39,8 @@ TEST_P(MakeTest, DriverStartsOnceListsItsCamerasAndRefusesWorkWhenStopped) {
     const auto lines = log.entries().size();
     EXPECT_TRUE(facade->initialize(make.type));
     EXPECT_EQ(log.entries().size(), lines + 1);  // the manager's "already initialized" only
+    EXPECT_TRUE(driver->initialize());
+    EXPECT_EQ(log.entries().size(), lines + 1) << "a started driver starts again silently";
 
     auto list = listed();
     ASSERT_EQ(list->count, 2u);
