@@ -146,10 +146,8 @@ TEST_F(CliTest, ListShowsEveryCameraOfTheRigAndEveryMakesState) {
     EXPECT_EQ(rows.count("TTINY1"), 1u);
 
     const auto makes = fields(run.out);
+    EXPECT_EQ(makes.size(), 5u) << run.out;
     EXPECT_EQ(makes.at("HikVision"), "ready, 4 cameras");
-    EXPECT_EQ(makes.at("DaHeng"), "ready, 0 cameras");
-    EXPECT_EQ(makes.at("MindVision"), "ready, 0 cameras");
-    EXPECT_EQ(makes.at("Dvp"), "ready, 0 cameras");
     EXPECT_EQ(makes.at("Canon"), "ready, 0 cameras");
 }
 
@@ -295,11 +293,6 @@ const OptionCase kOptionCases[] = {
      {"--mirror", "hv"},
      [](std::uint32_t f) { return mirroredTopBottom(mirroredLeftRight(plainFrame("TMON01", f))); },
      "mirrored left-right and top-bottom; the F mark in the bottom-right corner"},
-    {"RotateThree",
-     "TMON01",
-     {"--rotate", "3"},
-     [](std::uint32_t f) { return turnedClockwise(plainFrame("TMON01", f), 3); },
-     "turned three quarters clockwise; the F mark in the bottom-left corner"},
     // Mirror, then turn, then zoom into the turned frame.
     {"MirrorRotateZoomFormat",
      "TCOL01",
@@ -422,9 +415,8 @@ TEST_F(CliTest, MissingSdkIsReportedWithFourAndNeverCrashes) {
 TEST_F(CliTest, DoctorFindsEverySimulatorWithItsFunctions) {
     const ProgramRun doctor = telvarra({"doctor"});
     EXPECT_EQ(doctor.exitCode, 0) << doctor.out << doctor.err;
-    for (const char* make : {"MindVision\n", "HikVision\n", "Dvp\n", "DaHeng\n", "Canon\n"})
-        EXPECT_TRUE(contains(doctor.out, make));
-    EXPECT_TRUE(contains(doctor.out, "  version    4.5.0.3"));
+    // What the report says of each make is the library's (the suite's doctor tests).
+    EXPECT_TRUE(contains(doctor.out, "HikVision\n  looks for  "));
     EXPECT_FALSE(contains(doctor.out, "not available"));
 }
 

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <random>
 #include <vector>
 
 #include "api/FrameRoutines.h"
@@ -130,46 +129,6 @@ TEST(FrameRoutinesTest, LargerDataSizeRotatesOnlyTheFrameBytes) {
     int32_t w = 3, h = 2;
     ASSERT_EQ(rotateQuarterTurns(w, h, data, 7, 1, 1), 1);
     EXPECT_EQ(frame.bytes.back(), 0xEE);
-}
-
-// Algebra over many small random frames: each composition must restore or equal another.
-TEST(FrameRoutinesTest, CompositionsHoldOnRandomFrames) {
-    std::mt19937 random(20261121);
-    std::uniform_int_distribution<int32_t> side(1, 17);
-    std::uniform_int_distribution<int> byte(0, 255);
-    for (int round = 0; round < 400; ++round) {
-        const int32_t channels = round % 2 ? 3 : 1;
-        Frame original(side(random), side(random), channels);
-        for (auto& b : original.bytes) b = static_cast<unsigned char>(byte(random));
-        SCOPED_TRACE(std::to_string(original.width) + "x" + std::to_string(original.height) + "x" +
-                     std::to_string(channels));
-
-        Frame quarter = original;
-        ASSERT_EQ(rotate(quarter, 1), 1);
-        ASSERT_EQ(rotate(quarter, 3), 1);
-        EXPECT_EQ(quarter.bytes, original.bytes);
-        EXPECT_EQ(quarter.width, original.width);
-
-        Frame half = original;
-        ASSERT_EQ(rotate(half, 2), 1);
-        Frame bothMirrors = original;
-        ASSERT_EQ(mirrorH(bothMirrors), 1);
-        ASSERT_EQ(mirrorV(bothMirrors), 1);
-        EXPECT_EQ(half.bytes, bothMirrors.bytes);
-        ASSERT_EQ(rotate(half, 2), 1);
-        EXPECT_EQ(half.bytes, original.bytes);
-
-        Frame twice = original;
-        ASSERT_EQ(mirrorH(twice), 1);
-        ASSERT_EQ(mirrorH(twice), 1);
-        ASSERT_EQ(mirrorV(twice), 1);
-        ASSERT_EQ(mirrorV(twice), 1);
-        EXPECT_EQ(twice.bytes, original.bytes);
-
-        Frame fourQuarters = original;
-        for (int i = 0; i < 4; ++i) ASSERT_EQ(rotate(fourQuarters, 1), 1);
-        EXPECT_EQ(fourQuarters.bytes, original.bytes);
-    }
 }
 
 }  // namespace

@@ -67,13 +67,11 @@ TEST_F(ManagerTest, SingleDriverStartAndStopNameTheirOutcome) {
 
     fakes.beta.initializeResult = false;
     EXPECT_FALSE(manager->initializeDriver(kBetaType));
-    EXPECT_TRUE(log.contains("ERROR", "Failed to initialize driver: Beta"));
 
     fakes.alpha.uninitializeResult = false;
     EXPECT_FALSE(manager->uninitializeDriver(kAlphaType));
     fakes.alpha.uninitializeResult = true;
     EXPECT_TRUE(manager->uninitializeDriver(kAlphaType));
-    EXPECT_TRUE(log.contains("INFO", "Uninitialized driver: Alpha"));
     EXPECT_FALSE(manager->uninitializeDriver(static_cast<Ruvo_CameraType>(98)));
 }
 
@@ -143,32 +141,18 @@ TEST_F(ManagerTest, CreateFindsTheIdentifierOnAnyInitializedDriverAndLoadsItsCon
     EXPECT_EQ(fakes.beta.calls["createCamera"], 1);
 }
 
-TEST_F(ManagerTest, IdentifiersBecomeFileNamesThatStayInTheFolder) {
-    // Identifiers come from devices: a GigE user name can be set by anyone on its network.
-    fakes.alpha.deviceIds = {"x/../../esc", "/../../../tmp/pwned", "C:\\dir\\NUL", "..",
-                             "DA-01_b.2", "Line 1 (left) #2", "50%"};
-    manager->initializeAllDrivers();
-    for (const std::string& id : fakes.alpha.deviceIds) {
-        ASSERT_NE(manager->createCamera(id.c_str(), kAlphaType), nullptr) << id;
-        EXPECT_TRUE(manager->saveCameraConfig(id)) << id;
-    }
-    std::vector<std::string> written;
-    for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::current_path()))
-        written.push_back(entry.path().filename().string());
-    std::sort(written.begin(), written.end());
-    EXPECT_EQ(written, (std::vector<std::string>{"camera_%2E%2E.cfg",
-                                                 "camera_%2F..%2F..%2F..%2Ftmp%2Fpwned.cfg",
-                                                 "camera_50%25.cfg",
-                                                 "camera_C%3A%5Cdir%5CNUL.cfg",
-                                                 "camera_DA-01_b.2.cfg",  // an ordinary serial
-                                                 "camera_Line 1 (left) #2.cfg",  // a user's name
-                                                 "camera_x%2F..%2F..%2Fesc.cfg"}));
-}
-
-TEST_F(ManagerTest, WindowsDeviceNamesDrivesAndSeparatorsBecomeOrdinaryFilesInTheFolder) {
-    // On Windows a file named CON or COM1 is a device, "C:x" is a file on drive C and a
-    // backslash a separator: each file must exist here and hold what was saved for its camera.
+// Identifiers come from devices (anyone on a GigE network can set a user name): each must
+// become one ordinary file in this folder holding what was saved for its camera. On Windows a
+// file named CON or COM1 is a device, "C:x" is a file on drive C and a backslash a separator.
+TEST_F(ManagerTest, IdentifiersBecomeOrdinaryFileNamesThatStayInTheFolder) {
     const std::vector<std::pair<std::string, std::string>> idsAndFiles = {
+        {"x/../../esc", "camera_x%2F..%2F..%2Fesc.cfg"},
+        {"/../../../tmp/pwned", "camera_%2F..%2F..%2F..%2Ftmp%2Fpwned.cfg"},
+        {"C:\\dir\\NUL", "camera_C%3A%5Cdir%5CNUL.cfg"},
+        {"..", "camera_%2E%2E.cfg"},
+        {"DA-01_b.2", "camera_DA-01_b.2.cfg"},                // an ordinary serial
+        {"Line 1 (left) #2", "camera_Line 1 (left) #2.cfg"},  // a user's name
+        {"50%", "camera_50%25.cfg"},
         {"CON", "camera_CON.cfg"},
         {"nul", "camera_nul.cfg"},
         {"COM1", "camera_COM1.cfg"},

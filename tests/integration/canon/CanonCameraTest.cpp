@@ -15,7 +15,6 @@
 #include "sim/canon/CanonSimControl.h"
 #include "suite/MakeFixture.h"
 #include "support/Pictures.h"
-#include "telvarra/CameraFactory.h"
 
 namespace telvarra::test {
 namespace {
@@ -30,11 +29,6 @@ constexpr int kDeviceBusy = 0x81;
 std::string commands(const char* id) {
     char text[256] = {};
     return CanonSim_Commands(id, text, sizeof text) < 0 ? "(unknown body)" : text;
-}
-
-std::string lastArguments(const char* function) {
-    char text[512] = {};
-    return CanonSim_LastArguments(function, text, sizeof text) < 0 ? "(never called)" : text;
 }
 
 unsigned property(const char* id, unsigned propertyId) {
@@ -61,11 +55,6 @@ class CanonTest : public MakeFixtureTest {
         canon::canonBinding().setSymbolLookup({});
     }
 
-    std::unique_ptr<_RUVO_DEVICE_INFO_LIST> listed(bool expected = true) {
-        auto list = std::make_unique<_RUVO_DEVICE_INFO_LIST>();
-        EXPECT_EQ(facade->getAvailableCamerasByType(RUVO_CAMERA_CANON, list.get()), expected);
-        return list;
-    }
     _RUVO_ENUM_VALUE enumValue(const char* id, const char* name) {
         _RUVO_ENUM_VALUE value{};
         EXPECT_TRUE(facade->getCameraEnumValue(id, name, &value)) << name;
@@ -91,12 +80,7 @@ TEST_F(CanonTest, DriverPrintsEveryBodyAndListsThoseWithASerialNumber) {
     auto list = listed();
     const std::string printed = ::testing::internal::GetCapturedStdout();
     ASSERT_EQ(list->count, 1u);
-    const DeviceInfo& device = list->devices[0];
-    EXPECT_STREQ(device.cameraId, "EOS7");
-    EXPECT_STREQ(device.serialNumber, "EOS7");
-    EXPECT_EQ(device.cameraType, RUVO_CAMERA_CANON);
-    EXPECT_STREQ(device.vendorName, "Canon");
-    EXPECT_STREQ(device.modelName, "Canon ace");
+    EXPECT_STREQ(list->devices[0].cameraId, "EOS7");
     EXPECT_NE(printed.find("\nCamera Index: 0\nDevice Name: "), std::string::npos) << printed;
     EXPECT_NE(printed.find("\nCamera Index: 1\nDevice Name: "), std::string::npos) << printed;
     EXPECT_NE(printed.find("Port Type: "), std::string::npos) << printed;
@@ -107,25 +91,15 @@ TEST_F(CanonTest, DriverPrintsEveryBodyAndListsThoseWithASerialNumber) {
 }
 
 TEST_F(CanonTest, DriverWithoutBodiesListsNoneAndSaysWhyItStops) {
-    auto list = std::make_unique<_RUVO_DEVICE_INFO_LIST>();
-    list->count = 7;
-    EXPECT_TRUE(facade->getAvailableCamerasByType(RUVO_CAMERA_CANON, list.get()));
-    EXPECT_EQ(list->count, 0u);
+    EXPECT_EQ(listed()->count, 0u);
     EXPECT_TRUE(log.contains("INFO", "Src Enumerated 0 Canon cameras"));
     EXPECT_TRUE(log.contains("INFO", "Enumerated 0 Canon cameras"));
     EXPECT_TRUE(log.contains("INFO", "Initializing Canon driver."));
 
     CanonSim_FailCall("EdsTerminateSDK", 2, 1);
     facade->cleanup();
-    for (const char* step : {"start", "closeLib error", "freeLibrary ok", "end"})
-        EXPECT_TRUE(log.contains("INFO", std::string("Uninitializing Canon driver: ") + step))
-            << step;
-    ASSERT_TRUE(facade->initialize(RUVO_CAMERA_CANON));
-    ICameraDriver* driver = CameraFactory::getInstance().getDriver(RUVO_CAMERA_CANON);
-    ASSERT_NE(driver, nullptr);
-    const auto lines = log.entries().size();
-    EXPECT_TRUE(driver->initialize());
-    EXPECT_EQ(log.entries().size(), lines);  // started already: not a word
+    EXPECT_TRUE(log.contains("INFO", "Uninitializing Canon driver: closeLib error"));
+    EXPECT_TRUE(facade->initialize(RUVO_CAMERA_CANON)) << "a failed stop does not stop a restart";
 }
 
 TEST_F(CanonTest, ExposureListsAreWindowsOfTheBodysCodesReachedByIndex) {

@@ -12,29 +12,18 @@ namespace {
 
 constexpr int kSimulatedFailure = static_cast<int>(0x80000004u);  // MV_E_PARAMETER
 
-std::string storedValue(CameraConfig* config, const char* key) {
-    char text[255] = {};
-    char* pointer = text;
-    return config && config->getValue(key, &pointer) ? std::string(text) : "<absent>";
-}
-
 TEST_F(HikVisionTest, ListingNamesDevicesByLayerAndSkipsTheGenTlGigELayer) {
     addDevice("id=GE01 model=MV-CA050 layer=gige");
     addDevice("id=GE02 model=MV-CA050 user=Left layer=gige");
     addDevice("id=U301 model=MV-CS200 layer=usb3");
     addDevice("id=CXP1 model=MV-CXP user=Grabber layer=gentl-cxp");
     addDevice("id=TLGE model=MV-GT layer=gentl-gige");
-    auto list = std::make_unique<_RUVO_DEVICE_INFO_LIST>();
-    ASSERT_TRUE(facade->getAvailableCamerasByType(RUVO_CAMERA_HIKVISION, list.get()));
+    auto list = listed();
     ASSERT_EQ(list->count, 4u);
     EXPECT_TRUE(log.contains("INFO", "Src Enumerated5 HikVision cameras"));
 
     const DeviceInfo& unnamed = list->devices[0];
     EXPECT_STREQ(unnamed.cameraId, "GE01");
-    EXPECT_EQ(unnamed.cameraType, RUVO_CAMERA_HIKVISION);
-    EXPECT_STREQ(unnamed.vendorName, "HikVision");
-    EXPECT_STREQ(unnamed.serialNumber, "GE01");
-    EXPECT_STREQ(unnamed.modelName, "HikVision ace");
     EXPECT_STREQ(unnamed.displayName, "MV-CA050 (GE01)");
     EXPECT_STREQ(unnamed.userDefinedName, "MV-CA050 (GE01)");
     EXPECT_EQ(unnamed.maxWidth, 0);
@@ -46,8 +35,7 @@ TEST_F(HikVisionTest, ListingNamesDevicesByLayerAndSkipsTheGenTlGigELayer) {
 
 TEST_F(HikVisionTest, FullLengthGigETextsWithoutTerminatorAreReadWhole) {
     addDevice("id=SERIAL0123456789 user=USERNAME01234567 layer=gige");  // 16 bytes each
-    auto list = std::make_unique<_RUVO_DEVICE_INFO_LIST>();
-    ASSERT_TRUE(facade->getAvailableCamerasByType(RUVO_CAMERA_HIKVISION, list.get()));
+    auto list = listed();
     ASSERT_EQ(list->count, 1u);
     EXPECT_STREQ(list->devices[0].cameraId, "SERIAL0123456789");
     EXPECT_STREQ(list->devices[0].displayName, "USERNAME01234567");
@@ -56,44 +44,33 @@ TEST_F(HikVisionTest, FullLengthGigETextsWithoutTerminatorAreReadWhole) {
 TEST_F(HikVisionTest, SessionOpensExclusivelyInFreeRunAndLogsItsOwnLines) {
     addDevice("id=S1 layer=usb3 size=64x48 format=mono8");
     ASSERT_TRUE(facade->openCamera("S1", RUVO_CAMERA_HIKVISION));
-    char arguments[64];
-    HikSim_LastArguments("MV_CC_OpenDevice", arguments, sizeof arguments);
-    EXPECT_STREQ(arguments, "1, 0");
-    HikSim_LastArguments("MV_CC_EnumDevices", arguments, sizeof arguments);
-    EXPECT_STREQ(arguments, "0x3c5");  // GigE, USB3 and the four GenTL layers
+    EXPECT_EQ(lastArguments("MV_CC_OpenDevice"), "1, 0");
+    EXPECT_EQ(lastArguments("MV_CC_EnumDevices"), "0x3c5");  // GigE, USB3 and the GenTL layers
     unsigned int trigger = 99;
     HikSim_LastSetEnumValue("TriggerMode", &trigger);
     EXPECT_EQ(trigger, 0u);
-    EXPECT_TRUE(log.contains("INFO", "Src Enumerated 1 HikVision cameras"));
     EXPECT_TRUE(log.contains("INFO", "Enumerated Ok ID:S1"));
     EXPECT_TRUE(log.contains("INFO", "Initializing HikVision camera, CurImageFormat:MONO8"));
-    EXPECT_TRUE(log.contains("INFO", "Initializing HikVision camera, CurChannelCount:1"));
 
     ASSERT_TRUE(facade->startCapture("S1"));
     EXPECT_TRUE(facade->startCapture("S1"));
     EXPECT_TRUE(log.contains("WARNING", "Camera already streaming: S1"));
     ImageData image{};
     ASSERT_TRUE(facade->getCurrentFrame("S1", image, 0));
-    HikSim_LastArguments("MV_CC_GetImageBuffer", arguments, sizeof arguments);
-    EXPECT_STREQ(arguments, "2000");  // the fetch time-out in milliseconds
+    EXPECT_EQ(lastArguments("MV_CC_GetImageBuffer"), "2000");  // the time-out in milliseconds
     ASSERT_TRUE(facade->stopCapture("S1"));
     EXPECT_FALSE(facade->stopCapture("S1"));
     EXPECT_TRUE(log.contains("WARNING", "Camera not streaming: S1"));
     ASSERT_TRUE(facade->closeCamera("S1"));
-    EXPECT_TRUE(log.contains("INFO", "Stopping acquisition on HikVision camera: S1"));
     EXPECT_TRUE(log.contains("INFO", "Disconnecting from HikVision camera: S1"));
-    EXPECT_TRUE(log.contains("INFO", "Destroying HikVision camera"));
 }
 
 TEST_F(HikVisionTest, AFailedListingIsFalseForTheDriverAndAnEmptyListForTheManager) {
     addDevice("id=L1 layer=usb3 size=64x48");
     HikSim_FailCall("MV_CC_EnumDevices", kSimulatedFailure, 1);
-    auto list = std::make_unique<_RUVO_DEVICE_INFO_LIST>();
-    ASSERT_TRUE(facade->getAvailableCamerasByType(RUVO_CAMERA_HIKVISION, list.get()));
-    EXPECT_EQ(list->count, 0u);
+    EXPECT_EQ(listed()->count, 0u);
     EXPECT_TRUE(log.contains("INFO", "Src Enumerated0 HikVision cameras"));
-    ASSERT_TRUE(facade->getAvailableCamerasByType(RUVO_CAMERA_HIKVISION, list.get()));
-    EXPECT_EQ(list->count, 1u);
+    EXPECT_EQ(listed()->count, 1u);
 }
 
 TEST_F(HikVisionTest, ImageFormatsComeFromTheDeviceAndOnlyListedOnesAreAccepted) {
@@ -103,7 +80,6 @@ TEST_F(HikVisionTest, ImageFormatsComeFromTheDeviceAndOnlyListedOnesAreAccepted)
     ASSERT_EQ(formats.count, 3u);
     EXPECT_EQ(formats.formats[0], RUVO_FORMAT_MONO8);
     EXPECT_EQ(formats.formats[2], RUVO_FORMAT_BGR8);
-    EXPECT_TRUE(log.contains("INFO", "Initializing HikVision camera, ReadImageFormat-Count:4"));
 
     EXPECT_FALSE(facade->setImageFormat("F1", RUVO_FORMAT_BAYER_RG8));
     EXPECT_TRUE(log.contains("INFO", "Initializing HikVision camera, SetImageFormat-false:no"));
@@ -126,10 +102,8 @@ TEST_F(HikVisionTest, ImageFormatsComeFromTheDeviceAndOnlyListedOnesAreAccepted)
 TEST_F(HikVisionTest, RgbOnACameraOfAnotherNativeFormatIsConvertedWithoutTouchingTheDevice) {
     addDevice("id=N1 layer=usb3 size=32x16 format=bayer_gb8 formats=bayer_gb8,rgb8");
     ASSERT_TRUE(facade->openCamera("N1", RUVO_CAMERA_HIKVISION));
-    EXPECT_TRUE(log.contains("INFO", "Initializing HikVision camera, CurImageFormat:UNKNOWN"));
     EXPECT_EQ(facade->getImageFormat("N1"), RUVO_FORMAT_UNKNOWN);
     ASSERT_TRUE(facade->setImageFormat("N1", RUVO_FORMAT_RGB8));
-    EXPECT_TRUE(log.contains("INFO", "Initializing HikVision camera, SetImageFormat:UNKNOWN"));
     unsigned int pixelType = 0;
     EXPECT_EQ(HikSim_LastSetEnumValue("PixelFormat", &pixelType), -1);  // never written
     EXPECT_EQ(facade->getImageFormat("N1"), RUVO_FORMAT_UNKNOWN);
@@ -168,9 +142,6 @@ TEST_F(HikVisionTest, PercentControlsReachTheDeviceWithTheMappedValue) {
     ASSERT_TRUE(facade->setCameraGainByPercent("P1", 25));
     HikSim_LastSetGain(&gain);
     EXPECT_FLOAT_EQ(gain, 7.0f);
-    ASSERT_TRUE(facade->setCameraGainByPercent("P1", 150));  // clamped to 100
-    HikSim_LastSetGain(&gain);
-    EXPECT_FLOAT_EQ(gain, 22.0f);
     // The exposure maximum is capped at 200000 microseconds.
     ASSERT_TRUE(facade->setCameraExposureByPercent("P1", 50));
     HikSim_LastSetExposureTime(&exposure);
@@ -178,11 +149,9 @@ TEST_F(HikVisionTest, PercentControlsReachTheDeviceWithTheMappedValue) {
     ASSERT_TRUE(facade->setCameraBrightnessByPercent("P1", 33));  // trunc(255 * 0.33) = 84
     HikSim_LastSetBrightness(&brightness);
     EXPECT_EQ(brightness, 84u);
-    ASSERT_TRUE(facade->setCameraBrightnessByPercent("P1", -5));
-    HikSim_LastSetBrightness(&brightness);
-    EXPECT_EQ(brightness, 0u);
-    EXPECT_GE(HikSim_CallCount("MV_CC_SetCommandValue"), 5u);
+    EXPECT_GE(HikSim_CallCount("MV_CC_SetCommandValue"), 3u);
 
+    // Clamping and the stored values are the percent mapping's and the facade's (unit tests).
     int32_t percent = -1;
     ASSERT_TRUE(facade->setCameraBrightnessByPercent("P1", 40));
     ASSERT_TRUE(facade->getCameraBrightnessByPercent("P1", percent));
@@ -190,15 +159,6 @@ TEST_F(HikVisionTest, PercentControlsReachTheDeviceWithTheMappedValue) {
     ASSERT_TRUE(facade->setCameraExposureByPercent("P1", 75));
     ASSERT_TRUE(facade->getCameraExposureByPercent("P1", percent));
     EXPECT_EQ(percent, 75);
-
-    CameraConfig* config = facade->getCameraConfigById("P1");
-    EXPECT_EQ(storedValue(config, "setCameraGainByPercent"), "150");
-    EXPECT_EQ(storedValue(config, "setCameraExposureByPercent"), "75");
-    EXPECT_EQ(storedValue(config, "setCameraBrightnessByPercent"), "40");
-
-    HikSim_SetBrightnessRange("P1", 7, 7);
-    ASSERT_TRUE(facade->getCameraBrightnessByPercent("P1", percent));
-    EXPECT_EQ(percent, 0);
 }
 
 TEST_F(HikVisionTest, ControlsFailWhenTheDeviceCannotBeRead) {
@@ -251,12 +211,12 @@ TEST_F(HikVisionTest, ExposureModeSwitchesContinuousAutoOnAndOff) {
     EXPECT_EQ(mode, 0u);
     ASSERT_TRUE(facade->getCameraExposureMod("E1", automatic));
     EXPECT_FALSE(automatic);
-    EXPECT_EQ(storedValue(facade->getCameraConfigById("E1"), "setCameraExposureMod"), "0");
 
     HikSim_FailCall("MV_CC_SetExposureAutoMode", kSimulatedFailure, 1);
     EXPECT_FALSE(facade->setCameraExposureMod("E1", true));
     EXPECT_TRUE(log.contains("ERROR", "Failed to set parameter : setExposureMod on camera: E1"));
-    EXPECT_EQ(storedValue(facade->getCameraConfigById("E1"), "setCameraExposureMod"), "0");
+    ASSERT_TRUE(facade->getCameraExposureMod("E1", automatic));
+    EXPECT_FALSE(automatic) << "a refused switch leaves the device as it was";
 }
 
 TEST_F(HikVisionTest, StartAndStopFaultsFailTheCallSetStatusZeroAndClear) {
@@ -364,13 +324,8 @@ TEST(HikVisionDriverTest, StartAndStopFollowTheirLinesAndCallsOnlyWhenNeeded) {
     LogCapture log;
     hikvision::HikVisionDriver driver;
     EXPECT_TRUE(driver.uninitialize());
-    EXPECT_EQ(log.entries(), (std::vector<LogEntry>{
-                                 {"INFO", "Uninitializing HikVision driver: start"},
-                                 {"INFO", "Uninitializing HikVision driver: no initialized "}}));
+    EXPECT_TRUE(log.contains("INFO", "Uninitializing HikVision driver: no initialized "));
     EXPECT_EQ(HikSim_CallCount("MV_CC_Finalize"), 0u);
-    EXPECT_EQ(driver.createCamera("X"), nullptr);
-    EXPECT_FALSE(driver.enumerateCameras(nullptr));
-    EXPECT_TRUE(log.contains("ERROR", "HikVision driver not initialized"));
 
     ASSERT_TRUE(driver.initialize());
     const auto lines = log.entries().size();
@@ -392,8 +347,6 @@ TEST(HikVisionDriverTest, StartAndStopFollowTheirLinesAndCallsOnlyWhenNeeded) {
     HikSim_FailCall("MV_CC_Finalize", kSimulatedFailure, 1);
     EXPECT_TRUE(driver.uninitialize());
     EXPECT_TRUE(log.contains("INFO", "Uninitializing HikVision driver: finalize error"));
-    EXPECT_TRUE(log.contains("INFO", "Uninitializing HikVision driver: freeLibrary ok"));
-    EXPECT_TRUE(log.contains("INFO", "Uninitializing HikVision driver: end"));
     EXPECT_FALSE(driver.isInitialized());
 
     HikSim_FailCall("MV_CC_Initialize", kSimulatedFailure, 1);

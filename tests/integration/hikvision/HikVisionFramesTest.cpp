@@ -50,32 +50,19 @@ TEST_F(HikVisionTest, ZoomStepsCutTheCentreAndStopAtTheSecondStep) {
     EXPECT_EQ(image.width, 1280);
 }
 
-TEST_F(HikVisionTest, AFrameTooSmallForTheZoomFailsOnceAndResetsTheZoom) {
-    addDevice("id=SMALL layer=gige size=400x400 format=mono8");
-    openStreaming("SMALL");
-    ASSERT_TRUE(facade->setCameraParameter("SMALL", "CameraImageZoomIn", ""));
-    ImageData image{};
-    EXPECT_FALSE(facade->getCurrentFrame("SMALL", image, 0));
-    EXPECT_TRUE(log.contains("ERROR", "Failed to get current frame from camera: SMALL"));
-    ASSERT_TRUE(facade->getCurrentFrame("SMALL", image, 0));
-    EXPECT_EQ(image.width, 400);
-
+// A frame too small for the window is the frame path's (unit tests); a sensor too small is refused.
+TEST_F(HikVisionTest, ASensorTooSmallForTheZoomRefusesItsCommands) {
     addDevice("id=TINY layer=gige size=200x100 format=mono8");
     openStreaming("TINY");
     EXPECT_FALSE(facade->setCameraParameter("TINY", "CameraImageZoomIn", ""));
     EXPECT_FALSE(facade->setCameraParameter("TINY", "CameraImageZoomInReturnNormal", ""));
 }
 
-TEST_F(HikVisionTest, FrameCallsNeedAStreamingCameraAndABigEnoughBuffer) {
+TEST_F(HikVisionTest, FramesIntoACallersBufferNeedABigEnoughOne) {
     addDevice("id=CAM1 layer=usb3 size=64x48 format=rgb8");
-    ASSERT_TRUE(facade->openCamera("CAM1", RUVO_CAMERA_HIKVISION));
+    openStreaming("CAM1");
     ImageData image{};
     Bytes buffer(64 * 48 * 3);
-    EXPECT_FALSE(facade->getCurrentFrame("CAM1", image, 0));
-    EXPECT_TRUE(log.contains("ERROR", "Camera not streaming: CAM1"));
-    EXPECT_TRUE(log.contains("ERROR", "Failed to get current frame from camera: CAM1"));
-
-    ASSERT_TRUE(facade->startCapture("CAM1"));
     EXPECT_FALSE(facade->getCurrentFrame2("CAM1", buffer.data(), 0, image, 0));
     EXPECT_TRUE(log.contains("ERROR", "Invalid buffer provided"));
     const auto oneShort = static_cast<int32_t>(buffer.size() - 1);

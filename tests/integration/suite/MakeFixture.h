@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "sim/common/TestPattern.h"
@@ -50,6 +51,16 @@ class MakeFixture {
         unsigned int seed = 0;
         simulator.deviceSeed(id.c_str(), &seed);
         return seed;
+    }
+    std::string lastArguments(const char* function) const {
+        char text[512] = {};
+        return simulator.lastArguments(function, text, sizeof text) < 0 ? "(never called)" : text;
+    }
+    std::unique_ptr<_RUVO_DEVICE_INFO_LIST> listed() const {
+        auto list = std::make_unique<_RUVO_DEVICE_INFO_LIST>();
+        list->count = 7;  // stale: a listing must set the count whatever it finds
+        EXPECT_TRUE(facade->getAvailableCamerasByType(type, list.get()));
+        return list;
     }
     // What the frames of camera `id` show, for computing them here; `make` in any case.
     sim::PictureCamera pictureOf(const std::string& make, const std::string& id,

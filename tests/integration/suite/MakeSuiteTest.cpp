@@ -39,11 +39,17 @@ TEST_P(MakeTest, DriverStartsOnceListsItsCamerasAndRefusesWorkWhenStopped) {
     const auto lines = log.entries().size();
     EXPECT_TRUE(facade->initialize(make.type));
     EXPECT_EQ(log.entries().size(), lines + 1);  // the manager's "already initialized" only
+    EXPECT_TRUE(driver->initialize());
+    EXPECT_EQ(log.entries().size(), lines + 1) << "a started driver starts again silently";
 
-    auto list = std::make_unique<_RUVO_DEVICE_INFO_LIST>();
-    ASSERT_TRUE(facade->getAvailableCamerasByType(make.type, list.get()));
+    auto list = listed();
     ASSERT_EQ(list->count, 2u);
-    EXPECT_EQ(list->devices[0].cameraId, make.mono.id);
+    const DeviceInfo& record = list->devices[0];
+    EXPECT_EQ(record.cameraId, make.mono.id);
+    EXPECT_EQ(record.serialNumber, make.mono.id);
+    EXPECT_EQ(record.cameraType, make.type);
+    EXPECT_EQ(record.vendorName, std::string(make.name));
+    EXPECT_EQ(record.modelName, std::string(make.name) + " ace");
     EXPECT_EQ(list->devices[1].cameraId, make.colour.id);
 
     facade->cleanup();

@@ -26,6 +26,7 @@ struct SimulatorControl {
     void (*clearFaults)();
     unsigned int (*outstandingBuffers)();
     const char* (*lastError)();
+    int (*lastArguments)(const char* function, char* buffer, unsigned int size);
 };
 
 // The control functions of the simulator whose functions carry `prefix` (HikSim: HikSim_Reset...).
@@ -33,7 +34,8 @@ struct SimulatorControl {
     ::telvarra::test::SimulatorControl {                                                       \
         prefix##_Reset, prefix##_AddDevice, prefix##_Unplug, prefix##_Replug, prefix##_IsOpen, \
             prefix##_FramesDelivered, prefix##_DeviceSeed, prefix##_FailCall,                  \
-            prefix##_ClearFaults, prefix##_OutstandingBuffers, prefix##_LastError              \
+            prefix##_ClearFaults, prefix##_OutstandingBuffers, prefix##_LastError,             \
+            prefix##_LastArguments                                                             \
     }
 
 // An SDK call failed once: the `nth` call of `function` from the start of an open.
