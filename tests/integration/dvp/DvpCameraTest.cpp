@@ -91,13 +91,9 @@ TEST_F(DvpTest, PercentControlsMapOntoTheDescriptorsAndNeedAValidHandle) {
 
     ASSERT_TRUE(facade->setCameraGainByPercent("P1", 20));
     EXPECT_EQ(lastArguments("dvpSetAnalogGain"), "4");
-    ASSERT_TRUE(facade->getCameraGainByPercent("P1", percent));
-    EXPECT_EQ(percent, 20);
 
     ASSERT_TRUE(facade->setCameraExposureByPercent("P1", 25));
     EXPECT_EQ(lastArguments("dvpSetExposure"), "250007.5");  // a double, not truncated
-    ASSERT_TRUE(facade->getCameraExposureByPercent("P1", percent));
-    EXPECT_EQ(percent, 25);
 
     DvpSim_FailCall("dvpIsValid", 0, 1);
     EXPECT_FALSE(facade->setCameraBrightnessByPercent("P1", 90));
@@ -136,17 +132,7 @@ TEST_F(DvpTest, ColourCamerasDeliverBgrUntilAskedAndMonoOnesOnlyMono) {
     EXPECT_FALSE(facade->setCameraParameter("M1", "CameraImageZoomIn", ""));  // no zoom
 }
 
-TEST_F(DvpTest, AnUnpluggedCameraIsNoLongerConnected) {
-    addDevice("id=U1 size=64x48");
-    openStreaming("U1");
-    EXPECT_TRUE(facade->isCameraConnected("U1"));
-    ASSERT_EQ(DvpSim_Unplug("U1"), 0);
-    EXPECT_FALSE(facade->isCameraConnected("U1"));
-    ASSERT_EQ(DvpSim_Replug("U1"), 0);
-    ASSERT_TRUE(facade->reconnectCamera("U1"));
-    EXPECT_TRUE(facade->isCameraConnected("U1"));
-}
-
+// Unplug and replug are the suite's.
 // All 37 names are required: a runtime lacking the enumeration helpers, as SDK 2.16 and 2.21
 // do, is refused whole.
 TEST_F(DvpTest, ARuntimeLackingAnyNameIsRefused) {

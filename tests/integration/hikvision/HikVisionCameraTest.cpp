@@ -53,14 +53,9 @@ TEST_F(HikVisionTest, SessionOpensExclusivelyInFreeRunAndLogsItsOwnLines) {
     EXPECT_TRUE(log.contains("INFO", "Initializing HikVision camera, CurImageFormat:MONO8"));
 
     ASSERT_TRUE(facade->startCapture("S1"));
-    EXPECT_TRUE(facade->startCapture("S1"));
-    EXPECT_TRUE(log.contains("WARNING", "Camera already streaming: S1"));
     ImageData image{};
     ASSERT_TRUE(facade->getCurrentFrame("S1", image, 0));
     EXPECT_EQ(lastArguments("MV_CC_GetImageBuffer"), "2000");  // the time-out in milliseconds
-    ASSERT_TRUE(facade->stopCapture("S1"));
-    EXPECT_FALSE(facade->stopCapture("S1"));
-    EXPECT_TRUE(log.contains("WARNING", "Camera not streaming: S1"));
     ASSERT_TRUE(facade->closeCamera("S1"));
     EXPECT_TRUE(log.contains("INFO", "Disconnecting from HikVision camera: S1"));
 }
@@ -125,9 +120,7 @@ TEST_F(HikVisionTest, ImageSizeIsOnlyRecordedWithinTheCameraMaximum) {
     EXPECT_FALSE(facade->setImageSize("Z1", 1281, 100));
     EXPECT_TRUE(log.contains("ERROR", "Invalid image size: Z1"));
     EXPECT_FALSE(facade->setImageSize("Z1", 0, 100));
-    ASSERT_TRUE(facade->setImageSize("Z1", 1280, 1024));
-    ASSERT_TRUE(facade->getImageSize("Z1", width, height));
-    EXPECT_EQ(width, 1280);
+    EXPECT_TRUE(facade->setImageSize("Z1", 1280, 1024));
 }
 
 TEST_F(HikVisionTest, PercentControlsReachTheDeviceWithTheMappedValue) {
@@ -150,15 +143,6 @@ TEST_F(HikVisionTest, PercentControlsReachTheDeviceWithTheMappedValue) {
     HikSim_LastSetBrightness(&brightness);
     EXPECT_EQ(brightness, 84u);
     EXPECT_GE(HikSim_CallCount("MV_CC_SetCommandValue"), 3u);
-
-    // Clamping and the stored values are the percent mapping's and the facade's (unit tests).
-    int32_t percent = -1;
-    ASSERT_TRUE(facade->setCameraBrightnessByPercent("P1", 40));
-    ASSERT_TRUE(facade->getCameraBrightnessByPercent("P1", percent));
-    EXPECT_EQ(percent, 40);
-    ASSERT_TRUE(facade->setCameraExposureByPercent("P1", 75));
-    ASSERT_TRUE(facade->getCameraExposureByPercent("P1", percent));
-    EXPECT_EQ(percent, 75);
 }
 
 TEST_F(HikVisionTest, ControlsFailWhenTheDeviceCannotBeRead) {
@@ -204,13 +188,9 @@ TEST_F(HikVisionTest, ExposureModeSwitchesContinuousAutoOnAndOff) {
     ASSERT_TRUE(facade->setCameraExposureMod("E1", true));
     HikSim_LastSetExposureAutoMode(&mode);
     EXPECT_EQ(mode, 2u);
-    ASSERT_TRUE(facade->getCameraExposureMod("E1", automatic));
-    EXPECT_TRUE(automatic);
     ASSERT_TRUE(facade->setCameraExposureMod("E1", false));
     HikSim_LastSetExposureAutoMode(&mode);
     EXPECT_EQ(mode, 0u);
-    ASSERT_TRUE(facade->getCameraExposureMod("E1", automatic));
-    EXPECT_FALSE(automatic);
 
     HikSim_FailCall("MV_CC_SetExposureAutoMode", kSimulatedFailure, 1);
     EXPECT_FALSE(facade->setCameraExposureMod("E1", true));

@@ -42,16 +42,14 @@ TEST_F(HikVisionTest, ZoomStepsCutTheCentreAndStopAtTheSecondStep) {
         ASSERT_TRUE(facade->setCameraParameter("BIG", "CameraImageZoomIn", ""));
         ASSERT_TRUE(facade->getCurrentFrame("BIG", image, 0));
         EXPECT_EQ(image.width, width);
-        EXPECT_EQ(image.height, height);
         EXPECT_EQ(image.dataSize, width * height);
     }
     ASSERT_TRUE(facade->setCameraParameter("BIG", "CameraImageZoomInReturnNormal", ""));
     ASSERT_TRUE(facade->getCurrentFrame("BIG", image, 0));
     EXPECT_EQ(image.width, 1280);
-}
 
-// A frame too small for the window is the frame path's (unit tests); a sensor too small is refused.
-TEST_F(HikVisionTest, ASensorTooSmallForTheZoomRefusesItsCommands) {
+    // A frame too small for the window is the frame path's (unit tests); a sensor too small is
+    // refused.
     addDevice("id=TINY layer=gige size=200x100 format=mono8");
     openStreaming("TINY");
     EXPECT_FALSE(facade->setCameraParameter("TINY", "CameraImageZoomIn", ""));
