@@ -231,37 +231,6 @@ TEST_F(HikVisionTest, FrameFaultsFailOneFetchAndReturnEveryLentBuffer) {
     EXPECT_TRUE(log.contains("ERROR", "Failed to get current frame from camera: B1"));
 }
 
-TEST_F(HikVisionTest, RefusedBufferReleasesAreRetriedSoFramesNeverStopForGood) {
-    addDevice("id=L1 layer=usb3 size=32x16 format=mono8");
-    openStreaming("L1");
-    ImageData image{};
-    // The SDK lends four buffers at most: refused four times, it has none left to lend.
-    HikSim_FailAlways("MV_CC_FreeImageBuffer", kSimulatedFailure);
-    for (unsigned int held = 1; held <= HIKSIM_IMAGE_NODE_COUNT; ++held) {
-        EXPECT_TRUE(facade->getCurrentFrame("L1", image, 0));  // the frame was copied out
-        EXPECT_EQ(HikSim_OutstandingBuffers(), held);
-    }
-    EXPECT_TRUE(log.contains("ERROR", "Failed to release frame buffer of camera: L1"));
-    HikSim_ClearFaults();
-    ASSERT_TRUE(facade->getCurrentFrame("L1", image, 0));
-    EXPECT_EQ(HikSim_OutstandingBuffers(), 0u);
-    EXPECT_EQ(image.frameNumber, 5);
-
-    // Still refused when the fetches end: the stop gives them back, or else the close.
-    HikSim_FailAlways("MV_CC_FreeImageBuffer", kSimulatedFailure);
-    ASSERT_TRUE(facade->getCurrentFrame("L1", image, 0));
-    HikSim_ClearFaults();
-    ASSERT_TRUE(facade->stopCapture("L1"));
-    EXPECT_EQ(HikSim_OutstandingBuffers(), 0u) << "stop";
-    ASSERT_TRUE(facade->startCapture("L1"));
-    HikSim_FailAlways("MV_CC_FreeImageBuffer", kSimulatedFailure);
-    ASSERT_TRUE(facade->getCurrentFrame("L1", image, 0));
-    HikSim_ClearFaults();
-    HikSim_FailCall("MV_CC_FreeImageBuffer", kSimulatedFailure, 1);  // the stop's retry
-    ASSERT_TRUE(facade->closeCamera("L1"));
-    EXPECT_EQ(HikSim_OutstandingBuffers(), 0u) << "close";
-}
-
 TEST_F(HikVisionTest, AStopThatFoundTheDeviceSilentLeavesNoStartRefused) {
     addDevice("id=G1 layer=usb3 size=32x16");
     openStreaming("G1");

@@ -189,33 +189,6 @@ TEST_F(MindVisionTest, RotationIsSentClampedAndFramesSurviveAFailedProcessing) {
     EXPECT_EQ(image.width, 480);  // turned
 }
 
-TEST_F(MindVisionTest, RefusedRawFrameReleasesAreRetriedAtTheNextFetchTheStopAndTheClose) {
-    addDevice("id=L1 size=64x48 format=mono8");
-    openStreaming("L1");
-    ImageData image{};
-    MvSim_FailCall("CameraReleaseImageBuffer", -1, 1);
-    EXPECT_TRUE(facade->getCurrentFrame("L1", image, 0));  // the frame was processed out
-    EXPECT_EQ(MvSim_OutstandingBuffers(), 1u);
-    EXPECT_TRUE(log.contains("ERROR", "Failed to release frame buffer of camera: L1"));
-    EXPECT_TRUE(facade->getCurrentFrame("L1", image, 0));
-    EXPECT_EQ(MvSim_OutstandingBuffers(), 0u) << "next fetch";
-
-    MvSim_FailAlways("CameraReleaseImageBuffer", -1);
-    ASSERT_TRUE(facade->getCurrentFrame("L1", image, 0));
-    ASSERT_TRUE(facade->getCurrentFrame("L1", image, 0));
-    MvSim_ClearFaults();
-    ASSERT_TRUE(facade->stopCapture("L1"));
-    EXPECT_EQ(MvSim_OutstandingBuffers(), 0u) << "stop";
-
-    ASSERT_TRUE(facade->startCapture("L1"));
-    MvSim_FailAlways("CameraReleaseImageBuffer", -1);
-    ASSERT_TRUE(facade->getCurrentFrame("L1", image, 0));
-    MvSim_ClearFaults();
-    MvSim_FailCall("CameraReleaseImageBuffer", -1, 1);  // the stop's retry
-    ASSERT_TRUE(facade->closeCamera("L1"));
-    EXPECT_EQ(MvSim_OutstandingBuffers(), 0u) << "close";
-}
-
 TEST_F(MindVisionTest, AnSdkRefusingEveryReleaseLendsABoundedNumberOfFrames) {
     addDevice("id=L2 size=16x16 format=mono8");
     openStreaming("L2");

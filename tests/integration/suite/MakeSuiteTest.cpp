@@ -147,6 +147,36 @@ TEST_P(MakeTest, UnpluggedCameraFailsUntilReconnectedAfterReplug) {
     EXPECT_TRUE(facade->getCurrentFrame(id, image, 0));
 }
 
+// The bug this guards: a release whose refusal is ignored costs one of the SDK's few buffers for
+// good, until frames stop.
+TEST_P(MakeTest, RefusedFrameReleasesAreOfferedBackAtTheNextFetchTheStopAndTheClose) {
+    if (!make.frameRelease) GTEST_SKIP() << "the SDK lends no frames";
+    const char* id = make.mono.id.c_str();
+    openStreaming(make.mono.id);
+    ImageData image{};
+    const auto fetchRefused = [&](int frames) {
+        simulator.failAlways(make.frameRelease, make.failure);
+        for (int i = 0; i < frames; ++i)
+            ASSERT_TRUE(facade->getCurrentFrame(id, image, 0));  // the frame was copied out
+        simulator.clearFaults();
+    };
+    fetchRefused(2);
+    EXPECT_EQ(simulator.outstandingBuffers(), 2u);
+    EXPECT_TRUE(log.contains("ERROR", "Failed to release frame buffer of camera: " + make.mono.id));
+    ASSERT_TRUE(facade->getCurrentFrame(id, image, 0));
+    EXPECT_EQ(simulator.outstandingBuffers(), 0u) << "next fetch";
+
+    fetchRefused(2);
+    ASSERT_TRUE(facade->stopCapture(id));
+    EXPECT_EQ(simulator.outstandingBuffers(), 0u) << "stop";
+
+    ASSERT_TRUE(facade->startCapture(id));
+    fetchRefused(1);
+    simulator.failCall(make.frameRelease, make.failure, 1);  // the stop's retry
+    ASSERT_TRUE(facade->closeCamera(id));
+    EXPECT_EQ(simulator.outstandingBuffers(), 0u) << "close";
+}
+
 struct Geometry {
     const char* name;
     bool horizontal;

@@ -23,6 +23,7 @@ struct SimulatorControl {
     int (*framesDelivered)(const char* id, unsigned int* count);
     int (*deviceSeed)(const char* id, unsigned int* seed);
     void (*failCall)(const char* function, int status, unsigned int nth);
+    void (*failAlways)(const char* function, int status);
     void (*clearFaults)();
     unsigned int (*outstandingBuffers)();
     const char* (*lastError)();
@@ -30,12 +31,12 @@ struct SimulatorControl {
 };
 
 // The control functions of the simulator whose functions carry `prefix` (HikSim: HikSim_Reset...).
-#define TELVARRA_SIMULATOR_CONTROL(prefix)                                                     \
-    ::telvarra::test::SimulatorControl {                                                       \
-        prefix##_Reset, prefix##_AddDevice, prefix##_Unplug, prefix##_Replug, prefix##_IsOpen, \
-            prefix##_FramesDelivered, prefix##_DeviceSeed, prefix##_FailCall,                  \
-            prefix##_ClearFaults, prefix##_OutstandingBuffers, prefix##_LastError,             \
-            prefix##_LastArguments                                                             \
+#define TELVARRA_SIMULATOR_CONTROL(prefix)                                                         \
+    ::telvarra::test::SimulatorControl {                                                           \
+        prefix##_Reset, prefix##_AddDevice, prefix##_Unplug, prefix##_Replug, prefix##_IsOpen,     \
+            prefix##_FramesDelivered, prefix##_DeviceSeed, prefix##_FailCall, prefix##_FailAlways, \
+            prefix##_ClearFaults, prefix##_OutstandingBuffers, prefix##_LastError,                 \
+            prefix##_LastArguments                                                                 \
     }
 
 // An SDK call failed once: the `nth` call of `function` from the start of an open.
@@ -68,6 +69,8 @@ struct MakeTraits {
     // The SDK mirrors, turns (counter-clockwise) and zooms, the zoom as a field of view of the
     // sensor, before its processing; otherwise the library does it to the delivered frame.
     bool deviceGeometry = false;
+    // The SDK call that takes a lent frame back; null when the SDK lends none.
+    const char* frameRelease = nullptr;
     // The digital zoom commands; Dvp cameras have none.
     bool zooms = true;
     // Frames that come as JPEG files (Canon's live view) match the pattern within this mean

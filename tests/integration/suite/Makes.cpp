@@ -13,24 +13,26 @@ namespace {
 constexpr int kHikVisionParameterError = static_cast<int>(0x80000004u);  // MV_E_PARAMETER
 
 MakeTraits hikVision() {
-    return {"HikVision",
-            RUVO_CAMERA_HIKVISION,
-            TELVARRA_SIMULATOR_CONTROL(HikSim),
-            kHikVisionParameterError,
-            RUVO_STATUS_ACQUIRING,
-            {"id=MONO1 layer=gige size=661x487 format=mono8", "MONO1", sim::PixelFormat::Mono8, 661,
-             487},
-            // Bayer, so that the conversion to RGB runs before the geometry.
-            {"id=COLOUR1 layer=usb3 size=661x487 format=bayer_rg8", "COLOUR1",
-             sim::PixelFormat::BayerRG8, 661, 487},
-            // The camera's own enumeration is the second of an open (the manager's comes first);
-            // the trigger mode is read before the pixel format.
-            {{"MV_CC_EnumDevices", 2},
-             {"MV_CC_CreateHandle", 1},
-             {"MV_CC_OpenDevice", 1},
-             {"MV_CC_GetEnumValue", 1},
-             {"MV_CC_SetEnumValue", 1},
-             {"MV_CC_GetEnumValue", 2}}};
+    MakeTraits make{"HikVision",
+                    RUVO_CAMERA_HIKVISION,
+                    TELVARRA_SIMULATOR_CONTROL(HikSim),
+                    kHikVisionParameterError,
+                    RUVO_STATUS_ACQUIRING,
+                    {"id=MONO1 layer=gige size=661x487 format=mono8", "MONO1",
+                     sim::PixelFormat::Mono8, 661, 487},
+                    // Bayer, so that the conversion to RGB runs before the geometry.
+                    {"id=COLOUR1 layer=usb3 size=661x487 format=bayer_rg8", "COLOUR1",
+                     sim::PixelFormat::BayerRG8, 661, 487},
+                    // The camera's own enumeration is the second of an open (the manager's comes
+                    // first); the trigger mode is read before the pixel format.
+                    {{"MV_CC_EnumDevices", 2},
+                     {"MV_CC_CreateHandle", 1},
+                     {"MV_CC_OpenDevice", 1},
+                     {"MV_CC_GetEnumValue", 1},
+                     {"MV_CC_SetEnumValue", 1},
+                     {"MV_CC_GetEnumValue", 2}}};
+    make.frameRelease = "MV_CC_FreeImageBuffer";
+    return make;
 }
 
 constexpr int kDaHengError = -1;  // GX_STATUS_ERROR
@@ -79,6 +81,7 @@ MakeTraits mindVision() {
                      {"CameraAlignMalloc", 1},
                      {"CameraConnectTest", 1}}};
     make.deviceGeometry = true;
+    make.frameRelease = "CameraReleaseImageBuffer";
     return make;
 }
 
